@@ -1,0 +1,88 @@
+// A CIM object path: namespace (object and name), class name, key bindings
+// and the context with which the path is resolved.
+//
+// Layout guarantee: the first member is a non-owning shared pointer to the
+// object itself and the class has no virtual functions. A pointer to a
+// TCIMReference can therefore also be read as a pointer to a
+// boost::shared_ptr<TCIMReference> that points back at the same object;
+// code that receives a path handle in either form reads a valid reference.
+#ifndef ZENTA_HOST_TCIMREFERENCE_H
+#define ZENTA_HOST_TCIMREFERENCE_H
+
+#include <string>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+
+#include "TCIMValue.h"
+#include "ZentaTypes.h"
+
+namespace NVURZENTA20 {
+
+class TCIMReference {
+public:
+    TCIMReference();
+    TCIMReference(boost::shared_ptr<ICIMNamespace> ns, TCIMContext context);
+    TCIMReference(const TCIMReference& other);
+    TCIMReference& operator=(const TCIMReference& other);
+    ~TCIMReference();
+
+    // Parses object path text: [namespace:]Class[.Key=value{,Key=value}].
+    // String values are double-quoted with \" and \\ escapes; a key whose
+    // value is a quoted object path becomes a reference value. Throws
+    // TZENTAException (kInvalidPath) on malformed text.
+    static TCIMReference Parse(const std::string& text);
+
+    // Empties every field (the self pointer stays valid).
+    void Clear();
+
+    void SetClassName(const std::string& name);
+    std::string GetClassName() const;
+    void SetNamespace(boost::shared_ptr<ICIMNamespace> ns);
+    boost::shared_ptr<ICIMNamespace> GetNamespace() const;
+    void SetNameSpaceName(std::string name);
+    std::string GetNameSpaceName() const;
+    void SetContext(TCIMContext context);
+    const TCIMContext& GetContext() const;
+
+    // Adds or replaces the binding of `name` (key names compare
+    // case-insensitively, as CIM requires).
+    void AddKeyValue(const std::string& name, const TCIMValue& value);
+    // Visits the bindings in ascending order of name; stops on `false`.
+    void EnumerateKeyBindings(const TKeyBindingCallback& callback) const;
+    std::size_t GetKeyCount() const { return fKeys.size(); }
+    // The value bound to `name`, or a null value.
+    TCIMValue GetKeyValue(const std::string& name) const;
+
+    // Model path text "Class.Key1=\"v\",Key2=42" (keys in ascending order).
+    std::string GetPath() const;
+
+    // The class the path names, resolved through the path's own namespace
+    // with the path's own context. Empty when there is no namespace.
+    boost::shared_ptr<ICIMClass> GetClass() const;
+    // With `classOnly` true: the class the path names. With false: the
+    // instance the path names when it has keys, else the class.
+    boost::shared_ptr<ICIMElement> GetCIMElement(bool classOnly) const;
+
+    // Same class (case-insensitive) and the same key bindings.
+    bool operator==(const TCIMReference& other) const;
+    bool operator!=(const TCIMReference& other) const { return !(*this == other); }
+
+private:
+    typedef std::vector<std::pair<std::string, TCIMValue> > TKeyList;
+
+    void BindSelf();
+    TKeyList::iterator FindKey(const std::string& name);
+    TKeyList::const_iterator FindKey(const std::string& name) const;
+
+    boost::shared_ptr<TCIMReference> fSelf;  // must stay the first member
+    boost::shared_ptr<ICIMNamespace> fNamespace;
+    std::string fNamespaceName;
+    std::string fClassName;
+    TKeyList fKeys;  // sorted by name
+    TCIMContext fContext;
+};
+
+}  // namespace NVURZENTA20
+
+#endif

@@ -1,0 +1,152 @@
+// The host's CIM value: one of sixteen types, scalar or array, possibly a
+// typed null. Conversions that do not fit the stored value throw
+// TZENTAException instead of guessing.
+#ifndef ZENTA_HOST_TCIMVALUE_H
+#define ZENTA_HOST_TCIMVALUE_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+
+#include "TCIMChar16.h"
+#include "TCIMDateTime.h"
+#include "ZentaTypes.h"
+
+namespace NVURZENTA20 {
+
+class TCIMReference;
+
+class TCIMValue {
+public:
+    class TCIMType {
+    public:
+        enum ECIMType {
+            kNone = 0,
+            kBoolean = 1,
+            kUint8 = 2,
+            kSint8 = 3,
+            kUint16 = 4,
+            kSint16 = 5,
+            kUint32 = 6,
+            kSint32 = 7,
+            kUint64 = 8,
+            kSint64 = 9,
+            kReal32 = 10,
+            kReal64 = 11,
+            kChar16 = 12,
+            kString = 13,
+            kDateTime = 14,
+            kReference = 15,
+            kArrayFlag = 16
+        };
+
+        TCIMType(ECIMType type = kNone) : fType(type) {}
+        operator ECIMType() const { return fType; }
+
+        // The CIM name of the type ("uint32", "string", "reference", ...).
+        std::string GetName() const;
+        // Looks a CIM type name up; false when it names no type.
+        static bool FromName(const std::string& name, ECIMType& type);
+
+        bool IsInteger() const;
+        bool IsSigned() const;
+        bool IsReal() const;
+
+    private:
+        ECIMType fType;
+    };
+
+    TCIMValue();
+    TCIMValue(bool value);
+    TCIMValue(signed char value);
+    TCIMValue(unsigned char value);
+    TCIMValue(short value);
+    TCIMValue(unsigned short value);
+    TCIMValue(int value);
+    TCIMValue(unsigned int value);
+    TCIMValue(long long value);
+    TCIMValue(unsigned long long value);
+    TCIMValue(float value);
+    TCIMValue(double value);
+    TCIMValue(const char* value);
+    TCIMValue(const std::string& value);
+    TCIMValue(const TCIMChar16& value);
+    TCIMValue(const TCIMDateTime& value);
+    TCIMValue(const TCIMReference& value);
+    TCIMValue(const TCIMValue& other);
+    TCIMValue& operator=(const TCIMValue& other);
+    ~TCIMValue();
+
+    void Set(bool value);
+    void Set(signed char value);
+    void Set(unsigned char value);
+    void Set(short value);
+    void Set(unsigned short value);
+    void Set(int value);
+    void Set(unsigned int value);
+    void Set(long long value);
+    void Set(unsigned long long value);
+    void Set(float value);
+    void Set(double value);
+    void Set(const char* value);
+    void Set(const std::string& value);
+    void Set(const TCIMChar16& value);
+    void Set(const TCIMDateTime& value);
+    void Set(TCIMReference& value);
+    void Set(const TCIMReference& value);
+    // An array of `count` elements of `type`; every element must be of that
+    // type (or a null), and `count` must not exceed the vector's size.
+    void Set(TCIMType type, unsigned int count, const std::vector<TCIMValue>& elements);
+    // A null of `type`; a non-zero `count` makes it a null array.
+    void SetNullValue(TCIMType::ECIMType type, unsigned int count);
+
+    bool IsNull() const { return fIsNull; }
+    bool IsArray() const { return fIsArray; }
+    TCIMType GetType() const { return TCIMType(fType); }
+    // The CIM text form; `radix` is accepted for compatibility and must be 10.
+    std::string ToString(unsigned char radix = 10) const;
+
+    operator bool() const;
+    operator signed char() const;
+    operator unsigned char() const;
+    operator short() const;
+    operator unsigned short() const;
+    operator int() const;
+    operator unsigned int() const;
+    operator long long() const;
+    operator unsigned long long() const;
+    operator float() const;
+    operator double() const;
+    operator std::string() const;
+    operator TCIMChar16() const;
+    operator TCIMDateTime() const;
+    operator TCIMReference() const;
+    operator std::vector<TCIMValue>&();
+    operator const std::vector<TCIMValue>&() const;
+
+    // Same type, same array-ness, same nullness and equal contents.
+    bool operator==(const TCIMValue& other) const;
+    bool operator!=(const TCIMValue& other) const { return !(*this == other); }
+
+private:
+    void Reset(TCIMType::ECIMType type);
+    void SetInteger(TCIMType::ECIMType type, std::uint64_t bits);
+    std::uint64_t ReadInteger(const char* target) const;
+    void RequireScalar(const char* target) const;
+
+    TCIMType::ECIMType fType;
+    bool fIsNull;
+    bool fIsArray;
+    std::uint64_t fInteger;  // integers (sign-extended), booleans, char16
+    double fReal;            // real32 and real64
+    std::string fString;
+    TCIMDateTime fDateTime;
+    boost::shared_ptr<TCIMReference> fReference;  // owned, deep-copied
+    std::vector<TCIMValue> fArray;
+};
+
+}  // namespace NVURZENTA20
+
+#endif

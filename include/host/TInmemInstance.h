@@ -1,0 +1,60 @@
+// The host's in-memory instance: property values that start from the class
+// defaults, a path built from the key properties, and association walks
+// through the namespace.
+#ifndef ZENTA_HOST_TINMEMINSTANCE_H
+#define ZENTA_HOST_TINMEMINSTANCE_H
+
+#include <string>
+#include <vector>
+
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include "ICIMInstance.h"
+#include "ZentaTypes.h"
+
+namespace NVURZENTA20 {
+
+class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_this<TInmemInstance> {
+public:
+    // What an instance stands for, and so where AddToNamespace files it.
+    enum EInstanceKind {
+        kRepositoryInstance = 0,    // stored in its class in the repository
+        kTransientInstance = 1,     // built for one answer, never filed
+        kRegistrationInstance = 2,  // read from a registration document
+        kProviderInstance = 3       // served by a plug-in provider
+    };
+
+    TInmemInstance(boost::shared_ptr<ICIMClass> cls, int kind);
+    ~TInmemInstance() override;
+
+    int GetKind() const { return fKind; }
+
+    bool Validate(TCIMContext context) const override;
+    bool AddToNamespace(TCIMContext context) override;
+    void ModifyInstance(boost::shared_ptr<ICIMInstance> modified, TCIMContext context) override;
+    void Delete(TCIMContext context) override;
+    TCIMReference GetReference(TCIMContext context) const override;
+    boost::shared_ptr<ICIMClass> GetClass(TCIMContext context) const override;
+    void EnumerateAssociatedInstances(const TInstanceCallback& callback, const std::string& assocClass,
+                                      const std::string& resultClass, const std::string& role,
+                                      const std::string& resultRole, TCIMContext context) override;
+    void EnumerateAssociationInstances(const TInstanceCallback& callback, const std::string& resultClass,
+                                       const std::string& role, TCIMContext context) override;
+    boost::shared_ptr<ICIMProperty> GetProperty(const std::string& name, TCIMContext context) const override;
+    void SetPropertyValue(const std::string& name, const TCIMValue& value, TCIMContext context) override;
+    void EnumerateProperties(const TPropertyCallback& callback, TCIMContext context) override;
+    TCIMValue InvokeMethod(const std::string& name, TCIMContext& parameters, TCIMContext context) override;
+    bool operator==(ICIMInstance& other) const override;
+    bool operator<(ICIMInstance& other) const override;
+    ICIMInstance& operator=(const ICIMInstance& other) override;
+
+private:
+    boost::shared_ptr<ICIMClass> fClass;
+    int fKind;
+    std::vector<boost::shared_ptr<ICIMProperty> > fProperties;  // in declaration order
+};
+
+}  // namespace NVURZENTA20
+
+#endif
