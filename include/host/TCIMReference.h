@@ -23,14 +23,21 @@ class TCIMReference {
 public:
     TCIMReference();
     TCIMReference(boost::shared_ptr<ICIMNamespace> ns, TCIMContext context);
+    // Copies and moves bind the self pointer to the new object; it is never
+    // taken over from the source.
     TCIMReference(const TCIMReference& other);
+    TCIMReference(TCIMReference&& other) noexcept;
     TCIMReference& operator=(const TCIMReference& other);
+    TCIMReference& operator=(TCIMReference&& other) noexcept;
     ~TCIMReference();
 
     // Parses object path text: [namespace:]Class[.Key=value{,Key=value}].
-    // String values are double-quoted with \" and \\ escapes; a key whose
-    // value is a quoted object path becomes a reference value. Throws
-    // TZENTAException (kInvalidPath) on malformed text.
+    // Unquoted values are TRUE/FALSE (boolean), integers (sint64 with a
+    // leading '-', else uint64) and reals (real64; also NaN, INF, -INF).
+    // Quoted values are strings with \" and \\ escapes, except that a quoted
+    // object path with keys, written as GetPath() writes embedded paths,
+    // becomes a reference value. Throws TZENTAException (kInvalidPath) on
+    // malformed text. Parse(p.GetPath()).GetPath() == p.GetPath().
     static TCIMReference Parse(const std::string& text);
 
     // Empties every field (the self pointer stays valid).
@@ -51,10 +58,13 @@ public:
     // Visits the bindings in ascending order of name; stops on `false`.
     void EnumerateKeyBindings(const TKeyBindingCallback& callback) const;
     std::size_t GetKeyCount() const { return fKeys.size(); }
+    bool HasKey(const std::string& name) const;
     // The value bound to `name`, or a null value.
     TCIMValue GetKeyValue(const std::string& name) const;
 
-    // Model path text "Class.Key1=\"v\",Key2=42" (keys in ascending order).
+    // Model path text "Class.Key1=\"v\",Key2=42": keys in ascending order
+    // of name; strings, char16 and date-times quoted; references quoted as
+    // their own path, prefixed by "namespace:" when they name a namespace.
     std::string GetPath() const;
 
     // The class the path names, resolved through the path's own namespace
@@ -72,14 +82,16 @@ private:
     typedef std::vector<std::pair<std::string, TCIMValue> > TKeyList;
 
     void BindSelf();
-    TKeyList::iterator FindKey(const std::string& name);
+    // The first binding whose name does not sort before `name`.
+    TKeyList::iterator LowerBound(const std::string& name);
+    TKeyList::const_iterator LowerBound(const std::string& name) const;
     TKeyList::const_iterator FindKey(const std::string& name) const;
 
-    boost::shared_ptr<TCIMReference> fSelf;  // must stay the first member
+    boost::shared_ptr<TCIMReference> fSelf;  // must stay the first member; never owns
     boost::shared_ptr<ICIMNamespace> fNamespace;
     std::string fNamespaceName;
     std::string fClassName;
-    TKeyList fKeys;  // sorted by name
+    TKeyList fKeys;  // sorted by name, ignoring case
     TCIMContext fContext;
 };
 

@@ -22,7 +22,8 @@ class TCIMValue {
 public:
     class TCIMType {
     public:
-        enum ECIMType {
+        // Any int may be carried (codes arrive from outside); only these name types.
+        enum ECIMType : int {
             kNone = 0,
             kBoolean = 1,
             kUint8 = 2,
@@ -45,13 +46,19 @@ public:
         TCIMType(ECIMType type = kNone) : fType(type) {}
         operator ECIMType() const { return fType; }
 
-        // The CIM name of the type ("uint32", "string", "reference", ...).
+        // The CIM name of the type ("uint32", "string", "reference", ...);
+        // "" for kNone and for codes outside the sixteen types. The array
+        // flag is ignored.
         std::string GetName() const;
-        // Looks a CIM type name up; false when it names no type.
+        // Looks a CIM type name up (case-insensitively); false when it names
+        // no type.
         static bool FromName(const std::string& name, ECIMType& type);
 
+        // uint8 to sint64.
         bool IsInteger() const;
+        // sint8, sint16, sint32 and sint64.
         bool IsSigned() const;
+        // real32 and real64.
         bool IsReal() const;
 
     private:
@@ -72,11 +79,15 @@ public:
     TCIMValue(double value);
     TCIMValue(const char* value);
     TCIMValue(const std::string& value);
+    TCIMValue(std::string&& value);
     TCIMValue(const TCIMChar16& value);
     TCIMValue(const TCIMDateTime& value);
     TCIMValue(const TCIMReference& value);
     TCIMValue(const TCIMValue& other);
+    // A moved-from value is left unset.
+    TCIMValue(TCIMValue&& other) noexcept;
     TCIMValue& operator=(const TCIMValue& other);
+    TCIMValue& operator=(TCIMValue&& other) noexcept;
     ~TCIMValue();
 
     void Set(bool value);
@@ -92,21 +103,34 @@ public:
     void Set(double value);
     void Set(const char* value);
     void Set(const std::string& value);
+    void Set(std::string&& value);
     void Set(const TCIMChar16& value);
     void Set(const TCIMDateTime& value);
     void Set(TCIMReference& value);
     void Set(const TCIMReference& value);
     // An array of `count` elements of `type`; every element must be of that
     // type (or a null), and `count` must not exceed the vector's size.
+    // Throws kTypeMismatch for a foreign element and kInvalidArgument for a
+    // count beyond the vector or a type that cannot form an array.
     void Set(TCIMType type, unsigned int count, const std::vector<TCIMValue>& elements);
+    void Set(TCIMType type, unsigned int count, std::vector<TCIMValue>&& elements);
     // A null of `type`; a non-zero `count` makes it a null array.
     void SetNullValue(TCIMType::ECIMType type, unsigned int count);
 
     bool IsNull() const { return fIsNull; }
     bool IsArray() const { return fIsArray; }
     TCIMType GetType() const { return TCIMType(fType); }
-    // The CIM text form; `radix` is accepted for compatibility and must be 10.
+    // The CIM text form: integers in decimal, reals in their shortest form
+    // that reads back equal ("NaN", "INF", "-INF"), booleans TRUE/FALSE,
+    // char16 as UTF-8, date-times in CIM form, references as their path,
+    // arrays as their elements joined with ",", a null as "". `radix` is
+    // accepted for compatibility and must be 10 (kInvalidArgument otherwise).
     std::string ToString(unsigned char radix = 10) const;
+
+    // Conversions that do not fit throw TZENTAException: kNullValue for a
+    // null, kTypeMismatch for another type (or an array read as a scalar),
+    // kNotAnArray for a scalar read as an array. Booleans and integers read
+    // as any integer width by C conversion; integers also read as reals.
 
     operator bool() const;
     operator signed char() const;
@@ -131,19 +155,33 @@ public:
     bool operator!=(const TCIMValue& other) const { return !(*this == other); }
 
 private:
+    union TScalar {
+        std::uint64_t integer;  // integers (sign-extended), booleans, char16
+        double real;            // real32 and real64
+    };
+
+    template <class TTarget>
+    TTarget ReadInteger(const char* target) const;
+    template <class TTarget>
+    TTarget ReadReal(const char* target) const;
     void Reset(TCIMType::ECIMType type);
     void SetInteger(TCIMType::ECIMType type, std::uint64_t bits);
-    std::uint64_t ReadInteger(const char* target) const;
+    void SetArray(TCIMType type, unsigned int count, std::vector<TCIMValue>& elements);
     void RequireScalar(const char* target) const;
+    void RequireType(TCIMType::ECIMType type, const char* target) const;
+    [[noreturn]] void ThrowMismatch(const char* target) const;
+    std::string Describe() const;
+    void AppendText(std::string& out) const;
+    bool SameContents(const TCIMValue& other) const;
+    void Swap(TCIMValue& other) noexcept;
 
     TCIMType::ECIMType fType;
     bool fIsNull;
     bool fIsArray;
-    std::uint64_t fInteger;  // integers (sign-extended), booleans, char16
-    double fReal;            // real32 and real64
-    std::string fString;
-    TCIMDateTime fDateTime;
-    boost::shared_ptr<TCIMReference> fReference;  // owned, deep-copied
+    TScalar fScalar;
+    std::string fText;  // strings, and the text of date-times
+    // References are immutable once stored, so copies of the value share one.
+    boost::shared_ptr<const TCIMReference> fReference;
     std::vector<TCIMValue> fArray;
 };
 
