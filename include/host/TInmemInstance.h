@@ -50,6 +50,11 @@ public:
     ICIMInstance& operator=(const ICIMInstance& other) override;
 
 private:
+    boost::shared_ptr<ICIMProperty> FindProperty(const std::string& name) const;
+    // Sets this instance's properties from the properties of the same names
+    // in `other`, all or none.
+    void CopyValuesFrom(const ICIMInstance& other);
+
     boost::shared_ptr<ICIMClass> fClass;
     int fKind;
     std::vector<boost::shared_ptr<ICIMProperty> > fProperties;  // in declaration order

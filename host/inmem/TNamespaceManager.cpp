@@ -1,0 +1,235 @@
+#include "TNamespaceManager.h"
+
+#include <algorithm>
+
+#include "IProvider.h"
+#include "TInmemNamespaceProvider.h"
+#include "TInmemSupport.h"
+
+namespace NVURZENTA20 {
+
+namespace {
+
+// The origin of a request: the "nspID" string of its context, "" for a
+// plain request.
+std::string RequestOrigin(const TCIMContext& context) {
+    auto found = context.find(TNamespaceManager::kOriginKey);
+    if (found == context.end() || found->second.IsNull() || found->second.IsArray() ||
+        found->second.GetType() != TCIMValue::TCIMType::kString) {
+        return std::string();
+    }
+    return found->second;
+}
+
+const char* const kRootClassName = "<root>";
+
+// A routed request goes on as a plain one: the provider namespace answers
+// class look-ups by asking the manager again, and must get the
+// repository's answer then.
+TCIMContext PlainContext(TCIMContext context) {
+    context.erase(TNamespaceManager::kOriginKey);
+    return context;
+}
+
+class TManagerProvider : public INamespaceProvider {
+public:
+    const std::string& GetName(TCIMContext) const override {
+        static const std::string name("manager");
+        return name;
+    }
+    boost::shared_ptr<ICIMNamespace> AllocateNamespace(TCIMContext context, bool populate) const override {
+        return TNamespaceManager::Create(TInmemNamespaceProvider::GetInstance()->AllocateNamespace(context, populate));
+    }
+    ENamespaceType GetType(TCIMContext) const override { return kManagerNamespace; }
+    bool IsIndicationsSupported(TCIMContext) const override { return false; }
+};
+
+}  // namespace
+
+const char* const TNamespaceManager::kOriginKey = "nspID";
+const char* const TNamespaceManager::kProviderQualifier = "PLUGINNAME";
+
+boost::shared_ptr<TNamespaceManager> TNamespaceManager::Create(boost::shared_ptr<ICIMNamespace> repository) {
+    if (!repository) ThrowStatus(TZENTAStatusCode::kMissingRepository, "a namespace manager needs a repository");
+    boost::shared_ptr<TNamespaceManager> manager(new TNamespaceManager(repository));
+    repository->SetUpcallNamespace(manager, TCIMContext());
+    return manager;
+}
+
+boost::shared_ptr<INamespaceProvider> TNamespaceManager::GetManagerProvider() {
+    static const boost::shared_ptr<INamespaceProvider> provider(new TManagerProvider);
+    return provider;
+}
+
+TNamespaceManager::TNamespaceManager(boost::shared_ptr<ICIMNamespace> repository) : fRepository(repository) {}
+
+TNamespaceManager::~TNamespaceManager() {}
+
+void TNamespaceManager::AttachProviderNamespace(const std::string& name, boost::shared_ptr<ICIMNamespace> ns) {
+    if (!ns || ns.get() == this) {
+        ThrowStatus(TZENTAStatusCode::kInvalidArgument, "cannot attach that namespace as provider namespace " + name);
+    }
+    for (auto& attached : fProviderNamespaces) {
+        if (attached.first == name) {
+            attached.second = ns;
+            return;
+        }
+    }
+    fProviderNamespaces.push_back(std::make_pair(name, ns));
+}
+
+void TNamespaceManager::DetachProviderNamespace(const std::string& name) {
+    fProviderNamespaces.erase(std::remove_if(fProviderNamespaces.begin(), fProviderNamespaces.end(),
+                                             [&](const TProviderNamespaces::value_type& attached) {
+                                                 return attached.first == name;
+                                             }),
+                              fProviderNamespaces.end());
+}
+
+boost::shared_ptr<ICIMNamespace> TNamespaceManager::GetProviderNamespace(const std::string& name) const {
+    for (const auto& attached : fProviderNamespaces) {
+        if (attached.first == name) return attached.second;
+    }
+    return boost::shared_ptr<ICIMNamespace>();
+}
+
+boost::shared_ptr<INamespaceProvider> TNamespaceManager::GetNamespaceProvider(TCIMContext) const {
+    return GetManagerProvider();
+}
+
+void TNamespaceManager::SetUpcallNamespace(boost::shared_ptr<ICIMNamespace>, TCIMContext) {
+    ThrowStatus(TZENTAStatusCode::kUnsupportedOperation, "the namespace manager has no upcall namespace");
+}
+
+void TNamespaceManager::AddUnderlyingNamespace(boost::shared_ptr<ICIMNamespace> underlying, TCIMContext context) {
+    if (!underlying) ThrowStatus(TZENTAStatusCode::kInvalidArgument, "no namespace given to attach");
+    boost::shared_ptr<INamespaceProvider> provider = underlying->GetNamespaceProvider(context);
+    if (!provider) ThrowStatus(TZENTAStatusCode::kInvalidArgument, "the namespace to attach has no provider");
+    AttachProviderNamespace(provider->GetName(context), underlying);
+}
+
+boost::shared_ptr<ICIMClass> TNamespaceManager::AllocateClass(const std::string& name,
+                                                              boost::shared_ptr<ICIMClass> superClass,
+                                                              TCIMContext context) {
+    return fRepository->AllocateClass(name, superClass, context);
+}
+
+boost::shared_ptr<ICIMNamespace> TNamespaceManager::ServingNamespace(const ICIMClass& cls) const {
+    boost::shared_ptr<ICIMQualifier> marker = cls.GetQualifier(kProviderQualifier, TCIMContext());
+    if (!marker || marker->GetValue().IsNull()) return boost::shared_ptr<ICIMNamespace>();
+    const std::string provider = marker->GetValue();
+    for (const auto& attached : fProviderNamespaces) {
+        bool serves = false;
+        attached.second->EnumerateProviders(
+            [&](boost::shared_ptr<IProvider> candidate) {
+                serves = candidate && candidate->GetName(TCIMContext()) == provider;
+                return !serves;
+            },
+            TCIMContext());
+        if (serves) return attached.second;
+    }
+    ThrowStatus(TZENTAStatusCode::kProviderFailure, "class " + cls.GetName(TCIMContext()) + " is served by provider " +
+                                                        provider + ", which no attached namespace lists");
+}
+
+boost::shared_ptr<ICIMClass> TNamespaceManager::RepositoryClass(const std::string& name,
+                                                                const TCIMContext& plain) const {
+    boost::shared_ptr<ICIMClass> cls = fRepository->GetClass(name, plain);
+    if (!cls) ThrowStatus(TZENTAStatusCode::kNotFound, "class " + name + " not found");
+    return cls;
+}
+
+boost::shared_ptr<ICIMClass> TNamespaceManager::ServedClass(boost::shared_ptr<ICIMNamespace> serving,
+                                                            const std::string& name, const TCIMContext& plain) {
+    boost::shared_ptr<ICIMClass> served = serving->GetClass(name, plain);
+    if (!served) ThrowStatus(TZENTAStatusCode::kNotFound, "the provider namespace does not know class " + name);
+    return served;
+}
+
+boost::shared_ptr<ICIMClass> TNamespaceManager::GetClass(const std::string& name, TCIMContext context) {
+    if (RequestOrigin(context).empty() || name == kRootClassName) return fRepository->GetClass(name, context);
+    const TCIMContext plain = PlainContext(context);
+    boost::shared_ptr<ICIMClass> cls = RepositoryClass(name, plain);
+    boost::shared_ptr<ICIMNamespace> serving = ServingNamespace(*cls);
+    return serving ? ServedClass(serving, name, plain) : cls;
+}
+
+void TNamespaceManager::EnumerateRootClasses(const TClassCallback& callback, TCIMContext context) {
+    fRepository->EnumerateRootClasses(callback, context);
+}
+
+void TNamespaceManager::EnumerateProviders(const TProviderCallback& callback, TCIMContext context) {
+    for (const auto& attached : fProviderNamespaces) {
+        bool goOn = true;
+        attached.second->EnumerateProviders(
+            [&](boost::shared_ptr<IProvider> provider) {
+                goOn = callback(provider);
+                return goOn;
+            },
+            context);
+        if (!goOn) return;
+    }
+}
+
+boost::shared_ptr<ICIMQualifierDecl> TNamespaceManager::AllocateQualifierDecl(const std::string& name,
+                                                                              const TCIMValue& value,
+                                                                              ICIMQualifierDecl::EScope scope,
+                                                                              ICIMQualifierDecl::EFlavor flavor,
+                                                                              TCIMContext context) {
+    return fRepository->AllocateQualifierDecl(name, value, scope, flavor, context);
+}
+
+boost::shared_ptr<ICIMQualifierDecl> TNamespaceManager::GetQualifierDecl(const std::string& name,
+                                                                         TCIMContext context) const {
+    return fRepository->GetQualifierDecl(name, context);
+}
+
+void TNamespaceManager::EnumerateQualifierDecls(const TQualifierDeclCallback& callback, TCIMContext context) const {
+    fRepository->EnumerateQualifierDecls(callback, context);
+}
+
+void TNamespaceManager::Subscribe(boost::shared_ptr<ICIMIndicationFilter> filter, const TInstanceCallback& callback,
+                                  TCIMContext context) {
+    fRepository->Subscribe(filter, callback, context);
+}
+
+boost::shared_ptr<ICIMInstance> TNamespaceManager::GetInstance(const TCIMReference& path, TCIMContext context) const {
+    if (RequestOrigin(context).empty() && RequestOrigin(path.GetContext()).empty()) {
+        return fRepository->GetInstance(path, context);
+    }
+    const TCIMContext plain = PlainContext(context);
+    boost::shared_ptr<ICIMClass> cls = RepositoryClass(path.GetClassName(), plain);
+    boost::shared_ptr<ICIMNamespace> serving = ServingNamespace(*cls);
+    if (!serving) return fRepository->GetInstance(path, plain);
+    boost::shared_ptr<ICIMInstance> found;
+    ServedClass(serving, path.GetClassName(), plain)->EnumerateInstances(
+        [&](boost::shared_ptr<ICIMInstance> instance) {
+            if (instance && instance->GetReference(plain) == path) found = instance;
+            return !found;
+        },
+        false, plain);
+    return found;
+}
+
+void TNamespaceManager::DeleteInstance(const TCIMReference& path, TCIMContext context) {
+    fRepository->DeleteInstance(path, context);
+}
+
+void TNamespaceManager::ModifyInstance(const TCIMReference& path, TCIMContext values, TCIMContext context) {
+    fRepository->ModifyInstance(path, values, context);
+}
+
+void TNamespaceManager::ExecuteQuery(const TInstanceCallback& callback, std::string& query, std::string& language,
+                                     TCIMContext context) {
+    fRepository->ExecuteQuery(callback, query, language, context);
+}
+
+void TNamespaceManager::ClearInstances() {
+    fRepository->ClearInstances();
+}
+
+ICIMNamespace& TNamespaceManager::operator=(ICIMNamespace&) {
+    return *this;
+}
+
+}  // namespace NVURZENTA20

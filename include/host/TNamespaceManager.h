@@ -1,0 +1,101 @@
+// The host namespace that plug-ins call back into: it stands over the
+// repository namespace and routes requests that come from providers to the
+// namespace provider that serves the class asked for. Implemented in
+// libinmem.nsp.so; docs/namespace-manager.md describes the routing.
+#ifndef ZENTA_HOST_TNAMESPACEMANAGER_H
+#define ZENTA_HOST_TNAMESPACEMANAGER_H
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include "ICIMNamespace.h"
+#include "INamespaceProvider.h"
+
+namespace NVURZENTA20 {
+
+class TNamespaceManager : public ICIMNamespace, public boost::enable_shared_from_this<TNamespaceManager> {
+public:
+    // The context entry that marks a request as coming from a provider, and
+    // the qualifier that names the provider serving a class.
+    static const char* const kOriginKey;          // "nspID"
+    static const char* const kProviderQualifier;  // "PLUGINNAME"
+
+    // A manager over `repository` (kMissingRepository when empty). The
+    // manager becomes the repository's upcall namespace, so that
+    // repository objects route their own requests through it.
+    static boost::shared_ptr<TNamespaceManager> Create(boost::shared_ptr<ICIMNamespace> repository);
+    // The namespace provider "manager" (type kManagerNamespace): it makes a
+    // manager over a new in-memory repository.
+    static boost::shared_ptr<INamespaceProvider> GetManagerProvider();
+
+    ~TNamespaceManager() override;
+
+    // Attaches a provider namespace under `name`, held strongly; attaching
+    // a name again replaces the namespace in its place. The manager itself
+    // or an empty pointer is refused (kInvalidArgument).
+    void AttachProviderNamespace(const std::string& name, boost::shared_ptr<ICIMNamespace> ns);
+    // Unknown names are ignored.
+    void DetachProviderNamespace(const std::string& name);
+    // Empty when nothing is attached under `name`.
+    boost::shared_ptr<ICIMNamespace> GetProviderNamespace(const std::string& name) const;
+    boost::shared_ptr<ICIMNamespace> GetRepository() const { return fRepository; }
+
+    boost::shared_ptr<INamespaceProvider> GetNamespaceProvider(TCIMContext context) const override;
+    // The manager is the top of the routing: kUnsupportedOperation.
+    void SetUpcallNamespace(boost::shared_ptr<ICIMNamespace> upcall, TCIMContext context) override;
+    // Attaches `underlying` under its namespace provider's name.
+    void AddUnderlyingNamespace(boost::shared_ptr<ICIMNamespace> underlying, TCIMContext context) override;
+    boost::shared_ptr<ICIMClass> AllocateClass(const std::string& name, boost::shared_ptr<ICIMClass> superClass,
+                                               TCIMContext context) override;
+    // Plain requests: the repository's answer (possibly empty). Requests
+    // with a non-empty "nspID": the serving provider namespace's class for a
+    // class marked with "PLUGINNAME", else the repository's; kNotFound for
+    // an unknown class, kProviderFailure for a marked class whose provider
+    // no attached namespace lists.
+    boost::shared_ptr<ICIMClass> GetClass(const std::string& name, TCIMContext context) override;
+    void EnumerateRootClasses(const TClassCallback& callback, TCIMContext context) override;
+    // The providers of the attached namespaces, in attach order.
+    void EnumerateProviders(const TProviderCallback& callback, TCIMContext context) override;
+    boost::shared_ptr<ICIMQualifierDecl> AllocateQualifierDecl(const std::string& name, const TCIMValue& value,
+                                                               ICIMQualifierDecl::EScope scope,
+                                                               ICIMQualifierDecl::EFlavor flavor,
+                                                               TCIMContext context) override;
+    boost::shared_ptr<ICIMQualifierDecl> GetQualifierDecl(const std::string& name,
+                                                          TCIMContext context) const override;
+    void EnumerateQualifierDecls(const TQualifierDeclCallback& callback, TCIMContext context) const override;
+    void Subscribe(boost::shared_ptr<ICIMIndicationFilter> filter, const TInstanceCallback& callback,
+                   TCIMContext context) override;
+    // Routed as GetClass, by the path's class, when `context` or the path's
+    // own context carries a non-empty "nspID": a provider-served instance is
+    // found among its class's instances as the provider enumerates them.
+    boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& path, TCIMContext context) const override;
+    void DeleteInstance(const TCIMReference& path, TCIMContext context) override;
+    void ModifyInstance(const TCIMReference& path, TCIMContext values, TCIMContext context) override;
+    void ExecuteQuery(const TInstanceCallback& callback, std::string& query, std::string& language,
+                      TCIMContext context) override;
+    void ClearInstances() override;
+    // Managers are not copied: assigns nothing.
+    ICIMNamespace& operator=(ICIMNamespace& other) override;
+
+private:
+    typedef std::vector<std::pair<std::string, boost::shared_ptr<ICIMNamespace> > > TProviderNamespaces;
+
+    explicit TNamespaceManager(boost::shared_ptr<ICIMNamespace> repository);
+
+    // The repository's class; kNotFound when it has none.
+    boost::shared_ptr<ICIMClass> RepositoryClass(const std::string& name, const TCIMContext& plain) const;
+    static boost::shared_ptr<ICIMClass> ServedClass(boost::shared_ptr<ICIMNamespace> serving,
+                                                    const std::string& name, const TCIMContext& plain);
+    boost::shared_ptr<ICIMNamespace> ServingNamespace(const ICIMClass& cls) const;
+
+    boost::shared_ptr<ICIMNamespace> fRepository;
+    TProviderNamespaces fProviderNamespaces;  // in attach order
+};
+
+}  // namespace NVURZENTA20
+
+#endif
