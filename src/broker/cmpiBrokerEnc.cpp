@@ -1,0 +1,273 @@
+// The broker's encapsulated-object factory: the CMPI objects providers
+// create through their broker, and the per-call records of the driver.
+#include "cmpiBrokerEnc.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <string>
+
+#include <boost/bind/bind.hpp>
+
+#include "TCIMReference.h"
+#include "TCMPIClass.h"
+#include "TOSSpecific.h"
+#include "TRootObject.h"
+#include "TZENTAException.h"
+#include "cmpiArray.h"
+#include "cmpiContext.h"
+#include "cmpiDateTime.h"
+#include "cmpiInstance.h"
+#include "cmpiInstanceRegistry.h"
+#include "cmpiObjectPath.h"
+#include "cmpiResult.h"
+#include "cmpiString.h"
+
+using namespace NVURZENTA20;
+
+namespace {
+
+CMPINSPInstanceRegistry* Registry() { return CMPINSPInstanceRegistry::GetRegistrySingleton(); }
+
+void SetStatus(CMPIStatus* rc, CMPIrc code) {
+    if (rc == nullptr) return;
+    rc->rc = code;
+    rc->msg = nullptr;
+}
+
+CMPIStatus Status(CMPIrc code) {
+    CMPIStatus status = {code, nullptr};
+    return status;
+}
+
+// Records are two words, a handle and a function table.
+template <class TRecord, class TTable>
+TRecord* NewRecord(void* handle, TTable* table) {
+    TRecord* record = new TRecord;
+    record->hdl = handle;
+    record->ft = table;
+    return record;
+}
+
+CMPIDateTime* RegisterDateTime(TCIMDateTime* value, CMPIStatus* rc) {
+    CMPIDateTime* record = NewRecord<CMPIDateTime>(value, cmpiDateTimeFt);
+    Registry()->RegisterDateTime(record);
+    SetStatus(rc, CMPI_RC_OK);
+    return record;
+}
+
+typedef std::map<std::string, TCIMValue> TKeyMap;
+
+bool InsertKeyBinding(TKeyMap* keys, std::pair<std::string, TCIMValue> binding) {
+    keys->insert(binding);
+    return true;
+}
+
+// Provider severities mapped to host log levels.
+int LogLevelOf(int severity) {
+    switch (severity) {
+        case CMPI_SEV_ERROR: return 0;
+        case CMPI_SEV_INFO: return 4;
+        case CMPI_SEV_WARNING: return 1;
+        case CMPI_DEV_DEBUG: return 3;
+        default: return 1;
+    }
+}
+
+}  // namespace
+
+CMPIInstance* newCMPIInstance(const CMPIBroker*, const CMPIObjectPath* op, CMPIStatus* rc) {
+    const TCIMReference* path = static_cast<const TCIMReference*>(op->hdl);
+    std::string className = path->GetClassName();
+    // A path must name a provider-served class of this namespace. Anything
+    // else is refused here rather than cast blindly: a long-running host
+    // must not turn a provider's mistake into memory corruption.
+    boost::shared_ptr<TCMPIClass> cls = boost::dynamic_pointer_cast<TCMPIClass>(path->GetCIMElement(true));
+    if (!cls) {
+        SetStatus(rc, CMPI_RC_ERR_NOT_FOUND);
+        return nullptr;
+    }
+    boost::shared_ptr<ICIMInstance> instance = cls->AllocateInstance(TCIMContext());
+    TKeyMap keys;
+    path->EnumerateKeyBindings(boost::bind(&InsertKeyBinding, &keys, boost::placeholders::_1));
+    for (TKeyMap::const_iterator key = keys.begin(); key != keys.end(); ++key) {
+        instance->SetPropertyValue(key->first, key->second, TCIMContext());
+    }
+    CMPIInstance* record =
+        NewRecord<CMPIInstance>(new boost::shared_ptr<ICIMInstance>(instance), cmpiInstanceFt);
+    Registry()->RegisterInstance(record);
+    SetStatus(rc, CMPI_RC_OK);
+    return record;
+}
+
+CMPIObjectPath* newCMPIObjectPath(const CMPIBroker* broker, const char* ns, const char* cn, CMPIStatus* rc) {
+    TCIMContext context;
+    context["nspID"] = TCIMValue("cmpi");
+    TCIMReference* path = new TCIMReference(boost::shared_ptr<ICIMNamespace>(), TCIMContext());
+    // The broker's handle is the namespace's weak reference to its upcall
+    // namespace; locking it cannot revive a namespace that has gone.
+    path->SetNamespace(static_cast<boost::weak_ptr<ICIMNamespace>*>(broker->hdl)->lock());
+    path->SetContext(context);
+    path->SetClassName(std::string(cn));
+    path->SetNameSpaceName(std::string(ns));
+    CMPIObjectPath* record = NewRecord<CMPIObjectPath>(path, cmpiObjectPathFt);
+    Registry()->RegisterObjectPath(record);
+    SetStatus(rc, CMPI_RC_OK);
+    return record;
+}
+
+CMPIString* newCMPIString(const CMPIBroker*, const char* text, CMPIStatus* rc) {
+    CMPIString* record = NewRecord<CMPIString>(strdup(text), cmpiStringFt);
+    Registry()->RegisterString(record);
+    SetStatus(rc, CMPI_RC_OK);
+    return record;
+}
+
+CMPIArray* newCMPIArray(const CMPIBroker*, CMPICount count, CMPIType type, CMPIStatus* rc) {
+    SetStatus(rc, CMPI_RC_OK);
+    CMPIArray* record = NewRecord<CMPIArray>(newArrayStore(count, type), cmpiArrayFt);
+    Registry()->RegisterArray(record);
+    return record;
+}
+
+CMPIDateTime* newCMPIDateTime(const CMPIBroker*, CMPIStatus* rc) {
+    return RegisterDateTime(new TCIMDateTime(TOSSpecific::GetLocalTime()), rc);
+}
+
+// The binary form is not honoured: providers get the current time.
+CMPIDateTime* newCMPIDateTimeFromBinary(const CMPIBroker* broker, CMPIUint64, CMPIBoolean, CMPIStatus* rc) {
+    return newCMPIDateTime(broker, rc);
+}
+
+CMPIDateTime* newCMPIDateTimeFromString(const CMPIBroker* broker, const char* text, CMPIStatus* rc) {
+    std::string value(text);
+    if (value.size() == 1) return newCMPIDateTime(broker, rc);
+    TCIMDateTime* parsed = nullptr;
+    try {
+        parsed = new TCIMDateTime(value);
+    } catch (const TZENTAException&) {
+        return newCMPIDateTime(broker, rc);
+    }
+    return RegisterDateTime(parsed, rc);
+}
+
+CMPISelectExp* mbEncNewSelectExp(const CMPIBroker*, const char*, const char*, CMPIArray**, CMPIStatus*) {
+    CMPISelectExp* record = new CMPISelectExp;
+    record->hdl = nullptr;
+    record->ft = nullptr;
+    return record;
+}
+
+CMPIStatus mbEncLogMessage(const CMPIBroker*, int severity, const char* id, const char* text,
+                           const CMPIString* string) {
+    std::string line("cmpi.nsp-");
+    if (id != nullptr) line.append(id).append(": ");
+    if (text != nullptr) {
+        line.append(text);
+    } else if (string != nullptr) {
+        line.append(string->ft->getCharPtr(string, nullptr));
+    } else {
+        return Status(CMPI_RC_ERR_INVALID_PARAMETER);
+    }
+    TRootObject::GetCoreLogger()->Log(LogLevelOf(severity), line);
+    return Status(CMPI_RC_OK);
+}
+
+// --- Per-call records of the provider driver ------------------------------
+
+// The context gets an empty map of its own, so a provider that reads its
+// context finds nothing instead of following a stray handle.
+CMPIContext* newCMPIContext(const char*, CMPIStatus* rc) {
+    CMPIContext* record = NewRecord<CMPIContext>(new TCIMContext(), cmpiContextFt);
+    SetStatus(rc, CMPI_RC_OK);
+    return record;
+}
+
+CMPIResult* newCMPIResult(CMPIStatus* rc) {
+    // One pointer-sized cell that receives the handle of the instance the
+    // provider returns.
+    void** cell = new void*(nullptr);
+    CMPIResult* record = NewRecord<CMPIResult>(cell, cmpiResultFt);
+    Registry()->RegisterResult(record);
+    SetStatus(rc, CMPI_RC_OK);
+    return record;
+}
+
+CMPIResult* newCMPIEnumInstanceResult(CMPIStatus* rc) {
+    CMPIResult* record = NewRecord<CMPIResult>(nullptr, cmpiEnumInstanceResultFt);
+    SetStatus(rc, CMPI_RC_OK);
+    return record;
+}
+
+void removeCMPIContext(CMPIContext* context) {
+    delete static_cast<TCIMContext*>(context->hdl);
+    delete context;
+}
+
+void removeCMPIResult(CMPIResult* result) { delete result; }
+
+void removeCMPIObjectPath(CMPIObjectPath* path) { delete path; }
+
+// --- Members the library does not serve -----------------------------------
+// They answer "not supported" rather than leaving null slots a provider
+// would jump through.
+
+namespace {
+
+CMPIArgs* unsupportedNewArgs(const CMPIBroker*, CMPIStatus* rc) {
+    SetStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    return nullptr;
+}
+
+CMPIBoolean unsupportedClassPathIsA(const CMPIBroker*, const CMPIObjectPath*, const char*, CMPIStatus* rc) {
+    SetStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    return 0;
+}
+
+CMPIString* unsupportedToString(const CMPIBroker*, const void*, CMPIStatus* rc) {
+    SetStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    return nullptr;
+}
+
+CMPIBoolean unsupportedIsOfType(const CMPIBroker*, const void*, const char*, CMPIStatus* rc) {
+    SetStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    return 0;
+}
+
+CMPIString* unsupportedGetType(const CMPIBroker*, const void*, CMPIStatus* rc) {
+    SetStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    return nullptr;
+}
+
+CMPIString* unsupportedGetMessage(const CMPIBroker*, const char*, const char*, CMPIStatus* rc, CMPICount, ...) {
+    SetStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    return nullptr;
+}
+
+CMPIStatus unsupportedTrace(const CMPIBroker*, int, const char*, const char*, const CMPIString*) {
+    return Status(CMPI_RC_ERR_NOT_SUPPORTED);
+}
+
+CMPIBrokerEncFT brokerEncFtab = {
+    100,
+    newCMPIInstance,
+    newCMPIObjectPath,
+    unsupportedNewArgs,
+    newCMPIString,
+    newCMPIArray,
+    newCMPIDateTime,
+    newCMPIDateTimeFromBinary,
+    {newCMPIDateTimeFromString},
+    mbEncNewSelectExp,
+    unsupportedClassPathIsA,
+    unsupportedToString,
+    unsupportedIsOfType,
+    unsupportedGetType,
+    unsupportedGetMessage,
+    mbEncLogMessage,
+    unsupportedTrace,
+};
+
+}  // namespace
+
+CMPIBrokerEncFT* cmpiBrokerEncFt = &brokerEncFtab;

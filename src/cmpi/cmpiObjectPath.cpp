@@ -1,0 +1,221 @@
+#include "cmpiObjectPath.h"
+
+#include <iterator>
+
+#include "cmpiStatus.h"
+#include "cmpiValue.h"
+
+using NVURZENTA20::TCIMContext;
+using NVURZENTA20::TCIMReference;
+using NVURZENTA20::TCIMValue;
+
+CMPIObjectPath* ref2CMPIObjectPath(const TCIMReference& ref)
+{
+    CMPIObjectPath* path = new CMPIObjectPath;
+    path->hdl = const_cast<TCIMReference*>(&ref);
+    path->ft = cmpiObjectPathFt;
+    return path;
+}
+
+void deleteOwningObjectPath(CMPIObjectPath* path)
+{
+    TCIMReference* ref = static_cast<TCIMReference*>(path->hdl);
+    if (ref != nullptr) {
+        ref->Clear();
+        delete ref;
+    }
+    delete path;
+}
+
+namespace {
+
+const TCIMReference* referenceOf(const CMPIObjectPath* path)
+{
+    return static_cast<const TCIMReference*>(path->hdl);
+}
+
+TCIMReference* referenceOf(CMPIObjectPath* path)
+{
+    return static_cast<TCIMReference*>(path->hdl);
+}
+
+TCIMContext collectKeyBindings(const TCIMReference& ref)
+{
+    TCIMContext bindings;
+    ref.EnumerateKeyBindings(TAddKeyBindingsToMapCallback(bindings));
+    return bindings;
+}
+
+// Keys are always converted as scalars; the conversion's own code is not
+// looked at (an unsupported key type leaves a typed datum without value).
+CMPIData keyData(const TCIMValue& value)
+{
+    CMPIData data = {};
+    convToCMPIData(value, convToCMPIType(value.GetType(), false), &data);
+    return data;
+}
+
+const CMPIValueState kMissingKeyState = CMPI_nullValue | CMPI_notFound;
+
+CMPIString* refGetNameSpace(const CMPIObjectPath* path, CMPIStatus* rc)
+{
+    if (referenceOf(path) == nullptr) {
+        setStatus(rc, CMPI_RC_ERR_INVALID_PARAMETER);
+        return nullptr;
+    }
+    CMPIString* name = string2CMPIString(referenceOf(path)->GetNameSpaceName());
+    setStatus(rc, CMPI_RC_OK);
+    return name;
+}
+
+// Paths of this library carry no host; the path is not consulted.
+CMPIString* refGetHostname(const CMPIObjectPath*, CMPIStatus* rc)
+{
+    CMPIString* host = string2CMPIString("no_host");
+    setStatus(rc, CMPI_RC_OK);
+    return host;
+}
+
+CMPIString* refGetClassName(const CMPIObjectPath* path, CMPIStatus* rc)
+{
+    if (referenceOf(path) == nullptr) {
+        setStatus(rc, CMPI_RC_ERR_INVALID_PARAMETER);
+        return nullptr;
+    }
+    CMPIString* name = string2CMPIString(referenceOf(path)->GetClassName());
+    setStatus(rc, CMPI_RC_OK);
+    return name;
+}
+
+CMPIString* refToString(const CMPIObjectPath* path, CMPIStatus* rc)
+{
+    const TCIMReference* ref = referenceOf(path);
+    if (ref == nullptr) {
+        setStatus(rc, CMPI_RC_ERR_INVALID_PARAMETER);
+        return nullptr;
+    }
+    CMPIString* text = string2CMPIString(ref->GetNameSpaceName() + ":" + ref->GetPath());
+    setStatus(rc, CMPI_RC_OK);
+    return text;
+}
+
+CMPIStatus refAddKey(CMPIObjectPath* path, const char* name, const CMPIValue* value, const CMPIType type)
+{
+    TCIMReference* ref = referenceOf(path);
+    if (ref == nullptr) {
+        return makeStatus(CMPI_RC_ERR_INVALID_PARAMETER);
+    }
+    CMPIrc conversionRc;
+    ref->AddKeyValue(name, convertCMPIValue(value, type, &conversionRc));
+    return makeStatus(CMPI_RC_OK);
+}
+
+CMPIData refGetKey(const CMPIObjectPath* path, const char* name, CMPIStatus* rc)
+{
+    const TCIMReference* ref = referenceOf(path);
+    if (ref == nullptr) {
+        setStatus(rc, CMPI_RC_ERR_INVALID_PARAMETER);
+        return makeEmptyData(kMissingKeyState);
+    }
+    const TCIMContext bindings = collectKeyBindings(*ref);
+    setStatus(rc, CMPI_RC_OK);
+    TCIMContext::const_iterator binding = bindings.find(name);
+    if (binding == bindings.end()) {
+        setStatus(rc, CMPI_RC_ERR_NOT_FOUND);
+        return makeEmptyData(kMissingKeyState);
+    }
+    return keyData(binding->second);
+}
+
+CMPIData refGetKeyAt(const CMPIObjectPath* path, CMPICount index, CMPIString** name, CMPIStatus* rc)
+{
+    const TCIMReference* ref = referenceOf(path);
+    if (ref == nullptr) {
+        setStatus(rc, CMPI_RC_ERR_INVALID_PARAMETER);
+        return makeEmptyData(kMissingKeyState);
+    }
+    const TCIMContext bindings = collectKeyBindings(*ref);
+    setStatus(rc, CMPI_RC_OK);
+    if (index >= bindings.size()) {
+        setStatus(rc, CMPI_RC_ERR_NOT_FOUND);
+        return makeEmptyData(kMissingKeyState);
+    }
+    TCIMContext::const_iterator binding = std::next(bindings.begin(), index);
+    const CMPIData data = keyData(binding->second);
+    if (name != nullptr) {
+        *name = string2CMPIString(binding->first);
+    }
+    return data;
+}
+
+CMPICount refGetKeyCount(const CMPIObjectPath* path, CMPIStatus* rc)
+{
+    const TCIMReference* ref = referenceOf(path);
+    if (ref == nullptr) {
+        setStatus(rc, CMPI_RC_ERR_INVALID_PARAMETER);
+        return 0;
+    }
+    const CMPICount count = static_cast<CMPICount>(collectKeyBindings(*ref).size());
+    setStatus(rc, CMPI_RC_OK);
+    return count;
+}
+
+// The setters below never change the path: paths handed to providers are
+// read-only views of host references.
+CMPIStatus refSetNameSpace(CMPIObjectPath* path, const char*)
+{
+    return makeStatus(referenceOf(path) != nullptr ? CMPI_RC_OK : CMPI_RC_ERR_INVALID_PARAMETER);
+}
+
+CMPIStatus refSetHostname(CMPIObjectPath*, const char*)
+{
+    return makeStatus(CMPI_RC_OK);
+}
+
+CMPIStatus refSetClassName(CMPIObjectPath*, const char*)
+{
+    return makeStatus(CMPI_RC_OK);
+}
+
+CMPIStatus bothPathsValid(const CMPIObjectPath* path, const CMPIObjectPath* source)
+{
+    const bool valid = referenceOf(path) != nullptr && referenceOf(source) != nullptr;
+    return makeStatus(valid ? CMPI_RC_OK : CMPI_RC_ERR_INVALID_PARAMETER);
+}
+
+CMPIStatus refSetNameSpaceFromObjectPath(CMPIObjectPath* path, const CMPIObjectPath* source)
+{
+    return bothPathsValid(path, source);
+}
+
+CMPIStatus refSetHostAndNameSpaceFromObjectPath(CMPIObjectPath* path, const CMPIObjectPath* source)
+{
+    return bothPathsValid(path, source);
+}
+
+CMPIObjectPathFT objectPathFtab = {
+    100,
+    nullptr,  // release
+    nullptr,  // clone
+    refSetNameSpace,
+    refGetNameSpace,
+    refSetHostname,
+    refGetHostname,
+    refSetClassName,
+    refGetClassName,
+    refAddKey,
+    refGetKey,
+    refGetKeyAt,
+    refGetKeyCount,
+    refSetNameSpaceFromObjectPath,
+    refSetHostAndNameSpaceFromObjectPath,
+    nullptr,  // getClassQualifier
+    nullptr,  // getPropertyQualifier
+    nullptr,  // getMethodQualifier
+    nullptr,  // getParameterQualifier
+    refToString,
+};
+
+}  // namespace
+
+CMPIObjectPathFT* cmpiObjectPathFt = &objectPathFtab;

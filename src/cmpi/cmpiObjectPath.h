@@ -1,0 +1,41 @@
+// CMPIObjectPath records: hdl points at a host TCIMReference. Because a
+// TCIMReference starts with a shared pointer to itself, the handle can
+// also be read as a boost::shared_ptr<TCIMReference>*; every record must
+// therefore point at a real TCIMReference, never at a holder.
+#ifndef ZENTA_CMPI_CMPIOBJECTPATH_H
+#define ZENTA_CMPI_CMPIOBJECTPATH_H
+
+#include <string>
+#include <utility>
+
+#include "TCIMReference.h"
+#include "TCIMValue.h"
+#include "cmpift.h"
+
+extern CMPIObjectPathFT* cmpiObjectPathFt;
+
+// A new, unregistered record over `ref` itself (no copy): the caller owns
+// the record and keeps `ref` alive while it is used.
+CMPIObjectPath* ref2CMPIObjectPath(const NVURZENTA20::TCIMReference& ref);
+
+// For records whose reference is a heap object of their own (the factory's
+// and instGetObjectPath's): clears and frees the reference and the record.
+void deleteOwningObjectPath(CMPIObjectPath* path);
+
+// Collects key bindings into a context map; a name seen twice keeps its
+// first value. The walk always goes on.
+class TAddKeyBindingsToMapCallback {
+public:
+    explicit TAddKeyBindingsToMapCallback(NVURZENTA20::TCIMContext& target) : fTarget(&target) {}
+
+    bool operator()(std::pair<std::string, NVURZENTA20::TCIMValue> binding) const
+    {
+        fTarget->insert(binding);
+        return true;
+    }
+
+private:
+    NVURZENTA20::TCIMContext* fTarget;
+};
+
+#endif

@@ -1,0 +1,27 @@
+#include "TCMPIInstance.h"
+
+#include "TCMPIClass.h"
+#include "TCMPIMethodCall.h"
+
+using namespace NVURZENTA20;
+
+TCMPIInstance::TCMPIInstance(boost::shared_ptr<ICIMClass> cls, TCIMContext)
+    : TInmemInstance(cls, kProviderInstance) {}
+
+TCMPIInstance::~TCMPIInstance() {}
+
+// Provider instances are filed with their CMPI-backed class, which hands
+// them to the enumeration in progress; the repository is not touched.
+bool TCMPIInstance::AddToNamespace(TCIMContext) {
+    boost::shared_ptr<TCMPIClass> cls = boost::dynamic_pointer_cast<TCMPIClass>(GetClass(TCIMContext()));
+    boost::shared_ptr<TCMPIInstance> self = boost::dynamic_pointer_cast<TCMPIInstance>(shared_from_this());
+    return cls->AddInstance(self);
+}
+
+TCIMValue TCMPIInstance::InvokeMethod(const std::string& name, TCIMContext& parameters, TCIMContext) {
+    boost::shared_ptr<TCMPIClass> cls = boost::dynamic_pointer_cast<TCMPIClass>(GetClass(TCIMContext()));
+    boost::shared_ptr<TCMPIInstance> self = boost::dynamic_pointer_cast<TCMPIInstance>(shared_from_this());
+    TCMPIMethodCall call(cls, name);
+    call.Run(self->BuildPath(TCIMContext()), parameters);
+    return TCIMValue();
+}

@@ -1,0 +1,81 @@
+#include "providerDriver.h"
+
+#include <sstream>
+
+#include "TRootObject.h"
+#include "cmpiArgs.h"
+#include "cmpiBrokerEnc.h"
+#include "cmpiObjectPath.h"
+
+using namespace NVURZENTA20;
+
+namespace {
+
+// A failed downcall is only reported in the log, at the trace level.
+void LogFailure(const std::string& what, const char* subject) {
+    std::ostringstream line;
+    line << what << subject;
+    TRootObject::GetCoreLogger()->Log(3, line.str());
+}
+
+}  // namespace
+
+boost::shared_ptr<ICIMInstance> getInstance(const CMPIBroker*, _ProviderInfo* info, const TCIMReference& reference) {
+    CMPIStatus status = {CMPI_RC_OK, nullptr};
+    CMPIObjectPath* path = ref2CMPIObjectPath(reference);
+    CMPIResult* result = newCMPIResult(&status);
+    CMPIContext* context = newCMPIContext("dummy", &status);
+
+    // A provider without an instance MI fails the get like any failed
+    // downcall instead of taking the host down.
+    CMPIInstanceMI* mi = info->instanceMI;
+    if (mi == nullptr) status.rc = CMPI_RC_ERR_NOT_SUPPORTED;
+    if (mi != nullptr) status = mi->ft->getInstance(mi, context, result, path, nullptr);
+    // The per-call path and context are released on both roads: they are
+    // not registered, so nothing else would ever free them.
+    removeCMPIObjectPath(path);
+    removeCMPIContext(context);
+    if (status.rc != CMPI_RC_OK) {
+        LogFailure("providerDriver::getInstance failed for ", info->providerName);
+        return boost::shared_ptr<ICIMInstance>();
+    }
+    // The result's cell holds the handle of the instance the provider
+    // returned last: a holder of a shared reference to the host instance.
+    boost::shared_ptr<ICIMInstance>* returned = *static_cast<boost::shared_ptr<ICIMInstance>**>(result->hdl);
+    return returned ? *returned : boost::shared_ptr<ICIMInstance>();
+}
+
+int enumInstances(const CMPIBroker* broker, _ProviderInfo* info, const char* className) {
+    CMPIStatus status = {CMPI_RC_OK, nullptr};
+    CMPIObjectPath* path = newCMPIObjectPath(broker, info->namespaceName, className, &status);
+    CMPIResult* result = newCMPIEnumInstanceResult(&status);
+    CMPIContext* context = newCMPIContext(className, &status);
+
+    CMPIInstanceMI* mi = info->instanceMI;
+    if (mi != nullptr) {
+        if (mi->ft != nullptr) status = mi->ft->enumInstances(mi, context, result, path, nullptr);
+        if (status.rc != CMPI_RC_OK) LogFailure("providerDriver::enumInstances failed for ", info->providerName);
+    }
+    removeCMPIResult(result);
+    removeCMPIContext(context);
+    return 0;
+}
+
+int invokeMethod(_ProviderInfo* info, const TCIMReference& reference, const std::string& methodName,
+                 TCIMContext* in, TCIMContext* out) {
+    CMPIStatus status = {CMPI_RC_OK, nullptr};
+    CMPIObjectPath* path = ref2CMPIObjectPath(reference);
+    CMPIArgs* inArgs = params2CMPIArgs(in);
+    CMPIArgs* outArgs = params2CMPIArgs(out);
+    CMPIResult* result = newCMPIResult(&status);
+    CMPIContext* context = newCMPIContext(methodName.c_str(), &status);
+
+    CMPIMethodMI* mi = info->methodMI;
+    if (mi != nullptr) {
+        status = mi->ft->invokeMethod(mi, context, result, path, methodName.c_str(), inArgs, outArgs);
+        if (status.rc != CMPI_RC_OK) LogFailure("providerDriver::invokeMethod ", methodName.c_str());
+    }
+    removeCMPIObjectPath(path);
+    removeCMPIContext(context);
+    return 0;
+}
