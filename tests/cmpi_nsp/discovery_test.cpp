@@ -78,6 +78,25 @@ TEST_F(Discovery, ProvidersAreCreatedInNameOrderWithTheirRegistration) {
     EXPECT_EQ(LogLinesWith("TRACE", "TCMPINamespace::LoadPlugin created Provider RoadA").size(), 1u);
 }
 
+TEST_F(Discovery, RegistrationOrderDecidesWhoServesWhat) {
+    Allocate("order");
+    std::vector<boost::shared_ptr<IProvider> > providers = Providers(*fNamespace);
+    ASSERT_EQ(providers.size(), 2u) << "a provider before the module instance must be ignored";
+    boost::shared_ptr<TCMPIProvider> alpha = boost::dynamic_pointer_cast<TCMPIProvider>(providers[0]);
+    boost::shared_ptr<TCMPIProvider> zed = boost::dynamic_pointer_cast<TCMPIProvider>(providers[1]);
+    EXPECT_EQ(alpha->GetName(TCIMContext()), "Alpha");
+    EXPECT_EQ(zed->GetName(TCIMContext()), "Zed");
+    EXPECT_TRUE(alpha->IsClassesProvided("Road_Sub"));
+    EXPECT_FALSE(zed->IsClassesProvided("Road_Sub"));
+    EXPECT_TRUE(zed->IsClassesProvided("Road_Item"));
+    // An unknown class is skipped silently; the last capabilities entry
+    // decides the namespace.
+    EXPECT_EQ(alpha->GetCollectedClasses().size(), 1u);
+    EXPECT_EQ(alpha->GetNameSpaceName(TCIMContext()), "root/last");
+    EXPECT_EQ(alpha->GetModuleName(TCIMContext()), "libOrder");
+    EXPECT_TRUE(LogLinesWith("ERROR", "").empty());
+}
+
 TEST_F(Discovery, AModuleThatCannotBeOpenedIsLoggedOnceAndTheNextIsLoaded) {
     Allocate("mixed");
     std::string broken = std::string(ZENTA_NSP_MODULE_ROOT) + "/mixed/Broken.cmpi.so";
