@@ -189,3 +189,57 @@ TEST_F(Discovery, MissingRepositoryIsRefused) {
         EXPECT_EQ(failure.GetStatusCode().GetCode(), 38);
     }
 }
+
+namespace {
+
+bool CollectClass(std::vector<std::string>* names, bool goOn, boost::shared_ptr<ICIMClass> cls) {
+    names->push_back(cls->GetName(TCIMContext()));
+    return goOn;
+}
+
+std::vector<std::string> ClassesOf(IProvider& provider, bool goOn = true) {
+    std::vector<std::string> names;
+    provider.EnumerateClassesProvided(boost::bind(&CollectClass, &names, goOn, boost::placeholders::_1),
+                                      TCIMContext());
+    return names;
+}
+
+}  // namespace
+
+TEST_F(Discovery, ClassOnlyProvidersComeFirstAndBelongToNoModule) {
+    Allocate("road");
+    std::string document = std::string(ZENTA_NSP_MODULE_ROOT) + "/lonely/Lonely.classes.xml";
+    fNamespace->AddClassProvider("Shapes", "Classes without instances", document);
+    fNamespace->AddClassProvider("Nothing", "No document", "/no/such/file.classes.xml");
+    setenv("ZENTA_BIOSPROVIDER", "no", 1);
+    std::vector<boost::shared_ptr<IProvider> > providers = Providers(*fNamespace);
+    unsetenv("ZENTA_BIOSPROVIDER");
+    ASSERT_EQ(providers.size(), 4u);
+    EXPECT_EQ(providers[0]->GetName(TCIMContext()), "Shapes");
+    EXPECT_EQ(providers[0]->GetModuleName(TCIMContext()), "");
+    EXPECT_EQ(providers[0]->GetDescription(TCIMContext()), "Classes without instances");
+    EXPECT_EQ(providers[0]->GetNamespace(TCIMContext()), fRepository);
+    EXPECT_EQ(providers[2]->GetName(TCIMContext()), "RoadA");
+
+    std::vector<std::string> classes = ClassesOf(*providers[0]);
+    ASSERT_EQ(classes.size(), 3u);
+    EXPECT_EQ(classes[0], "Lonely_Item");
+    EXPECT_EQ(classes[2], "Lonely_Leaf");
+    EXPECT_EQ(ClassesOf(*providers[0], false).size(), 1u);
+    EXPECT_TRUE(ClassesOf(*providers[1]).empty());
+}
+
+TEST_F(Discovery, ProvidersOfferTheirConcreteCollectedClassesWrapped) {
+    Allocate("road");
+    std::vector<boost::shared_ptr<IProvider> > providers = Providers(*fNamespace);
+    ASSERT_EQ(providers.size(), 2u);
+    // Abstract classes and classes marked DONTCOLLECT are not offered; a
+    // DONTCOLLECT that reads false hides nothing.
+    std::vector<std::string> roadB = ClassesOf(*providers[1]);
+    ASSERT_EQ(roadB.size(), 3u);
+    EXPECT_EQ(roadB[0], "Road_Sub");
+    EXPECT_EQ(roadB[1], "Road_Leaf");
+    EXPECT_EQ(roadB[2], "Road_Visible");
+    EXPECT_EQ(ClassesOf(*providers[1], false).size(), 1u);
+    EXPECT_EQ(LogLinesWith("TRACE", "Asking plugin RoadB for Road_Sub").size(), 2u);
+}
