@@ -41,14 +41,22 @@ std::size_t elementCount(const CMPIEnumeration* enumeration)
 
 }  // namespace
 
+// Path records handed out point at the vector's references, which the
+// vector frees.
 void deleteEnumeration(CMPIEnumeration* enumeration)
 {
     if (isInstanceEnumeration(enumeration)) {
         CMPIInstEnumeration* instances = static_cast<CMPIInstEnumeration*>(enumeration);
+        for (CMPIInstance* record : instances->handedOut) {
+            deleteInstanceRecord(record);
+        }
         delete static_cast<TInstanceVector*>(instances->hdl);
         delete instances;
     } else {
         CMPIObjectPathEnumeration* paths = static_cast<CMPIObjectPathEnumeration*>(enumeration);
+        for (CMPIObjectPath* record : paths->handedOut) {
+            delete record;
+        }
         delete static_cast<TReferenceVector*>(paths->hdl);
         delete paths;
     }
@@ -75,7 +83,8 @@ CMPIBoolean enumHasNext(const CMPIEnumeration* enumeration, CMPIStatus* rc)
 
 // Past the end the datum stays typed but null and the cursor stays put.
 // The record made for an element is not registered: instance records get
-// a holder of their own, path records point at the element itself.
+// a holder of their own, path records point at the element itself. The
+// enumeration keeps them and frees them with itself.
 CMPIData enumGetNext(const CMPIEnumeration* enumeration, CMPIStatus* rc)
 {
     const bool instances = isInstanceEnumeration(enumeration);
@@ -87,9 +96,13 @@ CMPIData enumGetNext(const CMPIEnumeration* enumeration, CMPIStatus* rc)
         return data;
     }
     if (instances) {
+        const CMPIInstEnumeration* owner = static_cast<const CMPIInstEnumeration*>(enumeration);
         data.value.inst = newInstanceRecord((*static_cast<const TInstanceVector*>(enumeration->hdl))[cursor]);
+        owner->handedOut.push_back(data.value.inst);
     } else {
+        const CMPIObjectPathEnumeration* owner = static_cast<const CMPIObjectPathEnumeration*>(enumeration);
         data.value.ref = ref2CMPIObjectPath(*(*static_cast<const TReferenceVector*>(enumeration->hdl))[cursor]);
+        owner->handedOut.push_back(data.value.ref);
     }
     ++cursor;
     setStatus(rc, CMPI_RC_OK);

@@ -24,15 +24,19 @@ struct CMPIInstEnumeration : CMPIEnumeration {
     explicit CMPIInstEnumeration(TInstanceVector* instances);
     // Advanced through the const records the CMPI tables pass.
     mutable CMPICount cursor;
+    // The element records getNext handed out; providers never free them.
+    mutable std::vector<CMPIInstance*> handedOut;
 };
 
 // The same over object paths, with ft = CMPIObjectPathEnumeration_Ftab.
 struct CMPIObjectPathEnumeration : CMPIEnumeration {
     explicit CMPIObjectPathEnumeration(TReferenceVector* references);
     mutable CMPICount cursor;
+    mutable std::vector<CMPIObjectPath*> handedOut;
 };
 
-// Frees the vector and the record of either kind.
+// Frees the vector, the element records getNext handed out and the record
+// of either kind.
 void deleteEnumeration(CMPIEnumeration* enumeration);
 
 #endif

@@ -18,6 +18,26 @@ void LogFailure(const std::string& what, const char* subject) {
     TRootObject::GetCoreLogger()->Log(3, line.str());
 }
 
+// Removes the unregistered records of one downcall however it ends: a host
+// exception may travel back through the provider. A null record is skipped.
+class TCallRecords {
+public:
+    TCallRecords(CMPIObjectPath* path, CMPIResult* result, CMPIContext* context)
+        : fPath(path), fResult(result), fContext(context) {}
+    ~TCallRecords() {
+        if (fPath != nullptr) removeCMPIObjectPath(fPath);
+        if (fResult != nullptr) removeCMPIResult(fResult);
+        if (fContext != nullptr) removeCMPIContext(fContext);
+    }
+    TCallRecords(const TCallRecords&) = delete;
+    TCallRecords& operator=(const TCallRecords&) = delete;
+
+private:
+    CMPIObjectPath* fPath;
+    CMPIResult* fResult;
+    CMPIContext* fContext;
+};
+
 }  // namespace
 
 boost::shared_ptr<ICIMInstance> getInstance(const CMPIBroker*, _ProviderInfo* info, const TCIMReference& reference) {
@@ -30,11 +50,12 @@ boost::shared_ptr<ICIMInstance> getInstance(const CMPIBroker*, _ProviderInfo* in
     // downcall instead of taking the host down.
     CMPIInstanceMI* mi = info->instanceMI;
     if (mi == nullptr) status.rc = CMPI_RC_ERR_NOT_SUPPORTED;
-    if (mi != nullptr) status = mi->ft->getInstance(mi, context, result, path, nullptr);
-    // The per-call path and context are released on both roads: they are
+    // The per-call path and context are released on every road: they are
     // not registered, so nothing else would ever free them.
-    removeCMPIObjectPath(path);
-    removeCMPIContext(context);
+    {
+        TCallRecords records(path, nullptr, context);
+        if (mi != nullptr) status = mi->ft->getInstance(mi, context, result, path, nullptr);
+    }
     if (status.rc != CMPI_RC_OK) {
         LogFailure("providerDriver::getInstance failed for ", info->providerName);
         return boost::shared_ptr<ICIMInstance>();
@@ -51,13 +72,12 @@ int enumInstances(const CMPIBroker* broker, _ProviderInfo* info, const char* cla
     CMPIResult* result = newCMPIEnumInstanceResult(&status);
     CMPIContext* context = newCMPIContext(className, &status);
 
+    TCallRecords records(nullptr, result, context);
     CMPIInstanceMI* mi = info->instanceMI;
     if (mi != nullptr) {
         if (mi->ft != nullptr) status = mi->ft->enumInstances(mi, context, result, path, nullptr);
         if (status.rc != CMPI_RC_OK) LogFailure("providerDriver::enumInstances failed for ", info->providerName);
     }
-    removeCMPIResult(result);
-    removeCMPIContext(context);
     return 0;
 }
 
@@ -70,12 +90,11 @@ int invokeMethod(_ProviderInfo* info, const TCIMReference& reference, const std:
     CMPIResult* result = newCMPIResult(&status);
     CMPIContext* context = newCMPIContext(methodName.c_str(), &status);
 
+    TCallRecords records(path, nullptr, context);
     CMPIMethodMI* mi = info->methodMI;
     if (mi != nullptr) {
         status = mi->ft->invokeMethod(mi, context, result, path, methodName.c_str(), inArgs, outArgs);
         if (status.rc != CMPI_RC_OK) LogFailure("providerDriver::invokeMethod ", methodName.c_str());
     }
-    removeCMPIObjectPath(path);
-    removeCMPIContext(context);
     return 0;
 }
