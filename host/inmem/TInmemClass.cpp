@@ -1,6 +1,9 @@
 #include "TInmemClass.h"
 
 #include <algorithm>
+#include <utility>
+
+#include <boost/make_shared.hpp>
 
 #include "TInmemAssociations.h"
 #include "TInmemInstance.h"
@@ -214,13 +217,13 @@ void TInmemClass::EnumerateKeyNames(const TKeyNameCallback& callback, TCIMContex
 std::vector<boost::shared_ptr<ICIMPropertyDecl> > TInmemClass::GetPropertyDecls() const {
     std::vector<boost::shared_ptr<ICIMPropertyDecl> > inherited;
     if (fSuperClass) inherited = fSuperClass->GetPropertyDecls();
-    return MergeDeclarations(inherited, fOwnProperties);
+    return MergeDeclarations(std::move(inherited), fOwnProperties);
 }
 
 std::vector<boost::shared_ptr<ICIMMethodDecl> > TInmemClass::GetMethodDecls() const {
     std::vector<boost::shared_ptr<ICIMMethodDecl> > inherited;
     if (fSuperClass) inherited = fSuperClass->GetMethodDecls();
-    return MergeDeclarations(inherited, fOwnMethods);
+    return MergeDeclarations(std::move(inherited), fOwnMethods);
 }
 
 boost::shared_ptr<ICIMPropertyDecl> TInmemClass::AllocatePropertyDecl(const std::string& name,
@@ -271,7 +274,7 @@ void TInmemClass::EnumerateStaticProperties(const TPropertyCallback& callback, T
 }
 
 boost::shared_ptr<ICIMInstance> TInmemClass::AllocateInstance(TCIMContext) {
-    return boost::shared_ptr<ICIMInstance>(new TInmemInstance(shared_from_this(), TInmemInstance::kRepositoryInstance));
+    return boost::make_shared<TInmemInstance>(shared_from_this(), TInmemInstance::kRepositoryInstance);
 }
 
 bool TInmemClass::WalkInstances(const TInstanceCallback& callback, bool deep) {
@@ -338,10 +341,13 @@ bool TInmemClass::operator<(ICIMClass& other) const {
     return NameKey(fName) < NameKey(other.GetName(TCIMContext()));
 }
 
+// Looks through the weak references in place instead of copying the live
+// children: a namespace files every root class under one pseudo-class, which
+// thereby gets a child for every root class there is.
 void TInmemClass::AddChildClass(boost::shared_ptr<ICIMClass> child) {
     if (!child) return;
-    for (const auto& existing : GetChildren()) {
-        if (existing == child) return;
+    for (const auto& existing : fChildren) {
+        if (existing.lock() == child) return;
     }
     fChildren.push_back(child);
 }

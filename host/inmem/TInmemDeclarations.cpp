@@ -108,7 +108,13 @@ TInmemProperty::TInmemProperty(boost::shared_ptr<ICIMPropertyDecl> decl) : fDecl
     fValue.Set(decl->GetDefaultValue());
 }
 
+// A value of the declared type is stored as it is; the checked road (with
+// its message text and the typed null) is taken only when it is needed.
 void TInmemProperty::SetValue(const TCIMValue& value) {
+    if (HasDeclaredType(fDecl->GetType(), fDecl->IsArray(), value)) {
+        fValue.Set(value);
+        return;
+    }
     fValue.Set(CheckDeclaredValue(fDecl->GetType(), fDecl->IsArray(), value, "property " + fDecl->GetName()));
 }
 

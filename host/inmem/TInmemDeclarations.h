@@ -118,20 +118,27 @@ private:
 
 // A class's effective declarations: the inherited ones in their order, each
 // replaced by an own declaration of the same name, then the remaining own
-// ones in the order they were made.
+// ones in the order they were made. Every instance a class makes asks for
+// them, so each name is read only once (declarations hand out copies of
+// their names) and the result is sized once.
 template <class Decl>
 std::vector<boost::shared_ptr<Decl> > MergeDeclarations(std::vector<boost::shared_ptr<Decl> > inherited,
                                                         const std::vector<boost::shared_ptr<Decl> >& own) {
+    std::vector<std::string> names;
+    names.reserve(inherited.size() + own.size());
+    for (const auto& slot : inherited) names.push_back(slot->GetName());
+    inherited.reserve(inherited.size() + own.size());
     for (const auto& decl : own) {
-        bool replaced = false;
-        for (auto& slot : inherited) {
-            if (SameName(slot->GetName(), decl->GetName())) {
-                slot = decl;
-                replaced = true;
-                break;
-            }
+        const std::string name = decl->GetName();
+        std::size_t slot = 0;
+        while (slot < names.size() && !SameName(names[slot], name)) ++slot;
+        if (slot < names.size()) {
+            inherited[slot] = decl;
+            names[slot] = name;
+        } else {
+            inherited.push_back(decl);
+            names.push_back(name);
         }
-        if (!replaced) inherited.push_back(decl);
     }
     return inherited;
 }

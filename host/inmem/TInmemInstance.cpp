@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include <boost/make_shared.hpp>
+
 #include "ICIMClass.h"
 #include "TInmemAssociations.h"
 #include "TInmemDeclarations.h"
@@ -9,14 +11,24 @@
 
 namespace NVURZENTA20 {
 
+namespace {
+
+// Room for the properties of most classes up front; an instance keeps no
+// spare capacity for its life.
+const std::size_t kTypicalPropertyCount = 16;
+
+}  // namespace
+
 TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> cls, int kind) : fClass(cls), fKind(kind) {
     if (!cls) ThrowStatus(TZENTAStatusCode::kInvalidClass, "an instance needs a class");
+    fProperties.reserve(kTypicalPropertyCount);
     cls->EnumeratePropertyDecls(
         [this](boost::shared_ptr<ICIMPropertyDecl> decl) {
-            fProperties.push_back(boost::shared_ptr<ICIMProperty>(new TInmemProperty(decl)));
+            fProperties.push_back(boost::make_shared<TInmemProperty>(decl));
             return true;
         },
         TCIMContext());
+    fProperties.shrink_to_fit();
 }
 
 TInmemInstance::~TInmemInstance() {}

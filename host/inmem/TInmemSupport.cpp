@@ -1,7 +1,7 @@
 #include "TInmemSupport.h"
 
 #include <algorithm>
-#include <cctype>
+#include <utility>
 
 #include "ICIMNamespace.h"
 #include "TCIMReference.h"
@@ -34,8 +34,10 @@ TCIMValue MapReferences(const TCIMValue& value, Change change) {
     return result;
 }
 
+// ASCII only, without the C library's locale look-up: names are compared
+// on every property access.
 char LowerAscii(char c) {
-    return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 }  // namespace
@@ -93,6 +95,15 @@ void TStoredValue::Set(const TCIMValue& value) {
         reference.SetNamespace(boost::shared_ptr<ICIMNamespace>());
     });
     fNamespaces.swap(namespaces);
+}
+
+void TStoredValue::Set(TCIMValue&& value) {
+    if (HoldsReferences(value)) {
+        Set(static_cast<const TCIMValue&>(value));
+        return;
+    }
+    fNamespaces.clear();
+    fValue = std::move(value);
 }
 
 TCIMValue TStoredValue::Get() const {

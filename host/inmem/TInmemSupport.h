@@ -30,6 +30,12 @@ std::string DescribeType(TCIMValue::TCIMType type, bool isArray);
 TCIMValue CheckDeclaredValue(TCIMValue::TCIMType type, bool isArray, const TCIMValue& value,
                              const std::string& what);
 
+// True when `value` is not null and has exactly the declared type and
+// array-ness: CheckDeclaredValue would return it unchanged.
+inline bool HasDeclaredType(TCIMValue::TCIMType type, bool isArray, const TCIMValue& value) {
+    return !value.IsNull() && value.GetType() == type && value.IsArray() == isArray;
+}
+
 // A boolean value that is set and true (qualifiers such as Key, Abstract).
 bool IsTrue(const TCIMValue& value);
 
@@ -43,6 +49,7 @@ public:
     explicit TStoredValue(const TCIMValue& value) { Set(value); }
 
     void Set(const TCIMValue& value);
+    void Set(TCIMValue&& value);
     TCIMValue Get() const;
     // The declared type and array-ness, which do not depend on the
     // namespaces of references.

@@ -26,9 +26,12 @@ const char* const kRootClassName = "<root>";
 // A routed request goes on as a plain one: the provider namespace answers
 // class look-ups by asking the manager again, and must get the
 // repository's answer then.
-TCIMContext PlainContext(TCIMContext context) {
-    context.erase(TNamespaceManager::kOriginKey);
-    return context;
+TCIMContext PlainContext(const TCIMContext& context) {
+    TCIMContext plain;
+    for (const auto& entry : context) {
+        if (entry.first != TNamespaceManager::kOriginKey) plain.insert(plain.end(), entry);
+    }
+    return plain;
 }
 
 class TManagerProvider : public INamespaceProvider {
@@ -116,8 +119,10 @@ boost::shared_ptr<ICIMClass> TNamespaceManager::AllocateClass(const std::string&
 
 boost::shared_ptr<ICIMNamespace> TNamespaceManager::ServingNamespace(const ICIMClass& cls) const {
     boost::shared_ptr<ICIMQualifier> marker = cls.GetQualifier(kProviderQualifier, TCIMContext());
-    if (!marker || marker->GetValue().IsNull()) return boost::shared_ptr<ICIMNamespace>();
-    const std::string provider = marker->GetValue();
+    if (!marker) return boost::shared_ptr<ICIMNamespace>();
+    const TCIMValue value = marker->GetValue();
+    if (value.IsNull()) return boost::shared_ptr<ICIMNamespace>();
+    const std::string provider = value;
     for (const auto& attached : fProviderNamespaces) {
         bool serves = false;
         attached.second->EnumerateProviders(

@@ -56,6 +56,13 @@ CMPIDateTime* RegisterDateTime(TCIMDateTime* value, CMPIStatus* rc) {
     return record;
 }
 
+// The context every path made for a provider carries. Built once: a
+// provider makes a path for every instance it returns.
+const TCIMContext& ProviderPathContext() {
+    static const TCIMContext context = {{"nspID", TCIMValue("cmpi")}};
+    return context;
+}
+
 typedef std::map<std::string, TCIMValue> TKeyMap;
 
 bool InsertKeyBinding(TKeyMap* keys, std::pair<std::string, TCIMValue> binding) {
@@ -101,13 +108,11 @@ CMPIInstance* newCMPIInstance(const CMPIBroker*, const CMPIObjectPath* op, CMPIS
 }
 
 CMPIObjectPath* newCMPIObjectPath(const CMPIBroker* broker, const char* ns, const char* cn, CMPIStatus* rc) {
-    TCIMContext context;
-    context["nspID"] = TCIMValue("cmpi");
     TCIMReference* path = new TCIMReference(boost::shared_ptr<ICIMNamespace>(), TCIMContext());
     // The broker's handle is the namespace's weak reference to its upcall
     // namespace; locking it cannot revive a namespace that has gone.
     path->SetNamespace(static_cast<boost::weak_ptr<ICIMNamespace>*>(broker->hdl)->lock());
-    path->SetContext(context);
+    path->SetContext(ProviderPathContext());
     path->SetClassName(std::string(cn));
     path->SetNameSpaceName(std::string(ns));
     CMPIObjectPath* record = NewRecord<CMPIObjectPath>(path, cmpiObjectPathFt);

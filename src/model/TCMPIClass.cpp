@@ -1,6 +1,7 @@
 #include "TCMPIClass.h"
 
 #include <boost/bind/bind.hpp>
+#include <boost/make_shared.hpp>
 
 #include "TCMPIInstance.h"
 #include "TCMPIMethodCall.h"
@@ -217,7 +218,7 @@ void TCMPIClass::StartProviderIfNeeded(const boost::shared_ptr<TCMPIProvider>& p
 }
 
 boost::shared_ptr<ICIMInstance> TCMPIClass::AllocateInstance(TCIMContext context) {
-    return boost::shared_ptr<ICIMInstance>(new TCMPIInstance(shared_from_this(), context));
+    return boost::make_shared<TCMPIInstance>(shared_from_this(), context);
 }
 
 void TCMPIClass::EnumerateInstances(const TInstanceCallback& callback, bool deep, TCIMContext context) {

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include <boost/make_shared.hpp>
+
 #include "TCMPIClass.h"
 #include "TCMPINamespaceProvider.h"
 #include "TRootObject.h"
@@ -109,7 +111,9 @@ boost::shared_ptr<ICIMClass> TCMPINamespace::GetClass(const std::string& name, T
     }
     boost::shared_ptr<ICIMClass> cls = fUpcallNamespace.lock()->GetClass(name, context);
     if (!cls) return cls;
-    return boost::shared_ptr<ICIMClass>(new TCMPIClass(shared_from_this(), cls));
+    // One allocation for the wrapper and its count: every instance a
+    // provider makes asks for its class and keeps the wrapper.
+    return boost::make_shared<TCMPIClass>(shared_from_this(), cls);
 }
 
 void TCMPINamespace::EnumerateRootClasses(const TClassCallback& callback, TCIMContext context) {

@@ -31,7 +31,7 @@ public:
     bool IsInitialized() const { return fInitialized; }
 
     std::string GetNameSpaceName(NVURZENTA20::TCIMContext context) const;
-    std::string GetPath() const { return fPath; }
+    const std::string& GetPath() const { return fPath; }
     void SetName(const std::string& name) { fName = name; }
     void SetModuleName(const std::string& name) { fModuleName = name; }
     void SetNameSpaceName(const std::string& name) { fNamespaceName = name; }
