@@ -1,0 +1,116 @@
+// Bad input never crashes zenta: requests that cannot be answered exit 1
+// with one line on stderr that says what and why; usage errors exit 2.
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "ZentaRunner.h"
+
+namespace {
+
+struct TFailure {
+    std::vector<std::string> arguments;
+    const char* message;  // a part of the one line on stderr
+};
+
+std::string Describe(const std::vector<std::string>& arguments) {
+    std::string text = "zenta";
+    for (const std::string& argument : arguments) text += " '" + argument + "'";
+    return text;
+}
+
+const std::string kProcess = "ZENTA_Process.ProcessId=1";
+
+}  // namespace
+
+TEST(BadInput, FailedRequestsExitOneWithOneLineSayingWhy) {
+    const TFailure failures[] = {
+        {{"ei", "Nope"}, "unknown class \"Nope\""},
+        {{"ein", "Nope"}, "unknown class \"Nope\""},
+        {{"classes", "Nope"}, "unknown class \"Nope\""},
+        {{"gi", "Nope.Id=1"}, "unknown class \"Nope\""},
+        {{"gi", "ZENTA_Dog.Name="}, "malformed object path \"ZENTA_Dog.Name=\""},
+        {{"gi", "ZENTA_Dog.Name=\"Rex"}, "malformed object path"},
+        {{"gi", ".Name=\"Rex\""}, "malformed object path"},
+        {{"gi", "ZENTA_Dog.Name=\"Nobody\""}, "no instance ZENTA_Dog.Name=\"Nobody\": provider ZENTA_DogProvider"},
+        {{"gi", "ZENTA_Process.ProcessId=4294967295"}, "no instance ZENTA_Process.ProcessId=4294967295"},
+        {{"gi", "ZENTA_Process.ProcessId=4294967296"}, "key ProcessId: \"4294967296\" is not a valid uint32"},
+        {{"gi", "ZENTA_Process.ProcessId=-1"}, "is not a valid uint32"},
+        {{"gi", "ZENTA_Dog.Colour=\"black\""}, "Colour is not a key of ZENTA_Dog"},
+        {{"gi", "ZENTA_Dog.Breed=\"Beagle\""}, "Breed is not a key of ZENTA_Dog"},
+        {{"gi", "ZENTA_Dog"}, "lacks the key Name of ZENTA_Dog"},
+        {{"gi", "ZENTA_Animal.Name=\"Rex\""}, "ZENTA_Animal is served by no provider"},
+        {{"im", "PG_Provider", "Anything"}, "class PG_Provider is served by no provider"},
+        {{"im", "ZENTA_Dog", "Bark"}, "unknown method Bark of class ZENTA_Dog"},
+        {{"im", "Nope", "Count"}, "unknown class \"Nope\""},
+        {{"im", kProcess, "ReadCommandLine", "MaxLength=lots"}, "parameter maxlength: \"lots\" is not a valid uint32"},
+        {{"im", kProcess, "ReadCommandLine", "Colour=red"}, "method ReadCommandLine has no parameter Colour"},
+        {{"im", kProcess, "ReadCommandLine", "CommandLine=x"}, "parameter CommandLine of ReadCommandLine is not an input"},
+        {{"im", kProcess, "ReadCommandLine", "Separator"}, "argument \"Separator\" is not NAME=VALUE"},
+        {{"im", kProcess, "ReadCommandLine", "=x"}, "is not NAME=VALUE"},
+        {{"im", kProcess, "ReadCommandLine", "Separator=a", "separator=b"}, "parameter Separator is given twice"},
+        {{"im", "ZENTA_Process.ProcessId=4294967295", "ReadCommandLine"}, "no instance"},
+        {{"ai", "ZENTA_Dog.Name=\"Nobody\""}, "no instance"},
+        {{"ai", kProcess, "--assoc-class", "Nope"}, "unknown class \"Nope\""},
+        {{"ai", kProcess, "--result-class", "Nope"}, "unknown class \"Nope\""},
+        {{"ri", kProcess, "--result-class", "Nope"}, "unknown class \"Nope\""},
+        {{"ri", "ZENTA_Process"}, "lacks the key ProcessId"},
+    };
+    for (const TFailure& failure : failures) {
+        const TZentaRun run = RunZenta(failure.arguments);
+        const std::vector<std::string> lines = run.ErrLines();
+        EXPECT_EQ(run.status, 1) << Describe(failure.arguments) << "\n" << run.err;
+        EXPECT_EQ(run.out, "") << Describe(failure.arguments);
+        ASSERT_EQ(lines.size(), 1u) << Describe(failure.arguments) << "\n" << run.err;
+        EXPECT_EQ(lines[0].compare(0, 7, "zenta: "), 0) << lines[0];
+        EXPECT_NE(lines[0].find(failure.message), std::string::npos)
+            << Describe(failure.arguments) << "\n  said: " << lines[0] << "\n  want: " << failure.message;
+    }
+}
+
+TEST(BadInput, UsageErrorsExitTwo) {
+    const std::vector<std::string> usages[] = {
+        {},
+        {"frobnicate"},
+        {"gi"},
+        {"im", "ZENTA_Dog"},
+        {"ei", "A", "B"},
+        {"--log-level", "9", "providers"},
+        {"--log-level", "many", "providers"},
+        {"--providers", "/nonexistent/zenta", "providers"},
+        {"--no-such-option", "providers"},
+        {"classes", "--shallow"},
+    };
+    for (const std::vector<std::string>& arguments : usages) {
+        const TZentaRun run = RunZenta(arguments);
+        EXPECT_EQ(run.status, 2) << Describe(arguments) << "\n" << run.err;
+        EXPECT_EQ(run.out, "") << Describe(arguments);
+        EXPECT_NE(run.err, "") << Describe(arguments);
+    }
+}
+
+TEST(BadInput, HelpExitsZeroAndExplainsProviderDirectories) {
+    const TZentaRun run = RunZenta({"--help"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_NE(run.out.find("--providers DIR"), std::string::npos);
+    EXPECT_NE(run.out.find("symbolic links"), std::string::npos);
+    const TZentaRun verbHelp = RunZenta({"im", "--help"});
+    EXPECT_EQ(verbHelp.status, 0);
+    EXPECT_NE(verbHelp.out.find("NAME=VALUE"), std::string::npos);
+}
+
+TEST(BadInput, OptionsAreAcceptedAfterTheVerb) {
+    const TZentaRun run = RunZenta({"ein", "ZENTA_Dog", "--json"});
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.Json().at("paths").size(), 2u);
+}
+
+TEST(BadInput, AnUnwritableLogFileFailsTheRequest) {
+    const TZentaRun run = RunZenta({"--log-file", "/nonexistent/zenta/log", "providers"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_NE(run.err.find("cannot open log file /nonexistent/zenta/log"), std::string::npos) << run.err;
+}
