@@ -95,9 +95,14 @@ TCIMValue scalarToHost(const CMPIValue* value, CMPIType type)
             result.SetNullValue(TCIMType::kReference, 0);
         }
         return result;
-    default:
-        setPlainValue(result, type, *value);
+    default: {
+        // Providers pass pointers to variables of the scalar's own type
+        // (a CMPIUint16 on the stack, a field of a packed struct), so only
+        // that many bytes are read, without assuming a CMPIValue's alignment.
+        const CMPIValue scalar = readProviderValue(value, type);
+        setPlainValue(result, type, scalar);
         return result;
+    }
     }
 }
 
