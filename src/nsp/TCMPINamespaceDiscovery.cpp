@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 #include <map>
+#include <memory>
 
 #include "TCMPINamespace.h"
 #include "TCMPINamespaceProvider.h"
@@ -128,12 +129,12 @@ void TCMPINamespace::LoadPlugin(std::string name) {
     }
     Log(3, name);
 
-    _ProviderInfo* moduleInfo = NewProviderInfo();
+    // Owned here until a provider takes it: freed when the module cannot be
+    // opened and when one of its documents throws, so that a host rescanning
+    // a directory with a broken module does not grow with every scan.
+    std::unique_ptr<_ProviderInfo> moduleInfo(NewProviderInfo());
     moduleInfo->library = loadLibib(name.c_str());
     if (moduleInfo->library == nullptr) {
-        // Freed rather than abandoned: a host that rescans a directory with
-        // a broken module must not grow with every scan.
-        delete moduleInfo;
         LogUnopenedModule(name);
         return;
     }
@@ -142,7 +143,7 @@ void TCMPINamespace::LoadPlugin(std::string name) {
         current->PopulateContainerFromRegFile(TOSSpecific::BuildRegistrationPath(name, kPluginKind));
 
     if (instances.empty()) {
-        boost::shared_ptr<TCMPIProvider> provider(new TCMPIProvider(moduleInfo));
+        boost::shared_ptr<TCMPIProvider> provider(new TCMPIProvider(moduleInfo.release()));
         provider->SetPath(name);
         provider->LoadSpecificationDocument();
         InitializeProvider(provider);
@@ -154,7 +155,7 @@ void TCMPINamespace::LoadPlugin(std::string name) {
     std::vector<boost::shared_ptr<ICIMClass> > classes =
         current->PopulateContainerFromFile(TOSSpecific::BuildSpecificationPath(name, kPluginKind));
     void* library = moduleInfo->library;
-    delete moduleInfo;
+    moduleInfo.reset();
 
     for (TProviderClasses::const_iterator entry = registration.providerClasses.begin();
          entry != registration.providerClasses.end(); ++entry) {
