@@ -15,6 +15,7 @@
 #include "cmpiEnumeration.h"
 #include "cmpiInstance.h"
 #include "cmpiInstanceRegistry.h"
+#include "cmpiStatus.h"
 #include "cmpiValue.h"
 
 using namespace NVURZENTA20;
@@ -23,17 +24,6 @@ namespace {
 
 typedef std::vector<boost::shared_ptr<ICIMInstance> > TInstanceVector;
 typedef std::vector<boost::shared_ptr<TCIMReference> > TPathVector;
-
-void SetStatus(CMPIStatus* rc, CMPIrc code) {
-    if (rc == nullptr) return;
-    rc->rc = code;
-    rc->msg = nullptr;
-}
-
-CMPIStatus Status(CMPIrc code) {
-    CMPIStatus status = {code, nullptr};
-    return status;
-}
 
 // The two readings of an object path's handle. Paths of this library point
 // at a TCIMReference whose first member is a shared pointer to itself, so
@@ -98,7 +88,7 @@ CMPIEnumeration* mbEnumInstances(const CMPIBroker* broker, const CMPIContext*, c
     context["nspID"] = TCIMValue("plugin");
     const TCIMReference* path = ReferenceOf(op);
     if (path == nullptr || broker->hdl == nullptr) {
-        SetStatus(rc, CMPI_RC_ERR_INVALID_PARAMETER);
+        setStatus(rc, CMPI_RC_ERR_INVALID_PARAMETER);
         return nullptr;
     }
     std::string className = path->GetClassName();
@@ -107,12 +97,12 @@ CMPIEnumeration* mbEnumInstances(const CMPIBroker* broker, const CMPIContext*, c
     try {
         cls = ns->GetClass(className, context);
     } catch (const TZENTAException& failure) {
-        SetStatus(rc, failure.GetStatusCode() == TZENTAStatusCode::kNotFound ? CMPI_RC_ERR_NOT_FOUND
+        setStatus(rc, failure.GetStatusCode() == TZENTAStatusCode::kNotFound ? CMPI_RC_ERR_NOT_FOUND
                                                                               : CMPI_RC_ERR_FAILED);
         return nullptr;
     }
     if (!cls) {
-        SetStatus(rc, CMPI_RC_ERR_NOT_FOUND);
+        setStatus(rc, CMPI_RC_ERR_NOT_FOUND);
         return nullptr;
     }
     try {
@@ -120,43 +110,49 @@ CMPIEnumeration* mbEnumInstances(const CMPIBroker* broker, const CMPIContext*, c
         CMPIInstEnumeration* enumeration = new CMPIInstEnumeration(instances);
         CMPINSPInstanceRegistry::GetRegistrySingleton()->RegisterEnumeration(enumeration);
         cls->EnumerateInstances(TAddToVectorCallback<ICIMInstance>(*instances), true, context);
-        SetStatus(rc, CMPI_RC_OK);
+        setStatus(rc, CMPI_RC_OK);
         return reinterpret_cast<CMPIEnumeration*>(enumeration);
     } catch (const TZENTAException& failure) {
         LogUpcallFailure(std::string("cmpi.nsp: CMPIBroker enumInstance upcall threw ZENTA exception: ") +
                          failure.what());
-        SetStatus(rc, CMPI_RC_ERR_FAILED);
+        setStatus(rc, CMPI_RC_ERR_FAILED);
     } catch (...) {
         LogUpcallFailure("cmpi.nsp: CMPIBroker enumInstance upcall threw an exception");
-        SetStatus(rc, CMPI_RC_ERROR_SYSTEM);
+        setStatus(rc, CMPI_RC_ERROR_SYSTEM);
     }
     return nullptr;
 }
 
-CMPIEnumeration* mbEnumInstanceNames(const CMPIBroker* broker, const CMPIContext* ctx, const CMPIObjectPath* op,
-                                     CMPIStatus* rc) {
-    CMPIEnumeration* instances = mbEnumInstances(broker, ctx, op, nullptr, rc);
-    if (instances == nullptr) {
-        SetStatus(rc, CMPI_RC_ERR_FAILED);
-        return nullptr;
-    }
+// The paths of an instance enumeration's elements, as a registered
+// enumeration of their own.
+CMPIEnumeration* RegisteredPathsOf(CMPIEnumeration* instances) {
     CMPIEnumeration* paths = PathsOf(InstancesOf(instances));
     CMPINSPInstanceRegistry::GetRegistrySingleton()->RegisterEnumeration(
         reinterpret_cast<CMPIObjectPathEnumeration*>(paths));
     return paths;
 }
 
+CMPIEnumeration* mbEnumInstanceNames(const CMPIBroker* broker, const CMPIContext* ctx, const CMPIObjectPath* op,
+                                     CMPIStatus* rc) {
+    CMPIEnumeration* instances = mbEnumInstances(broker, ctx, op, nullptr, rc);
+    if (instances == nullptr) {
+        setStatus(rc, CMPI_RC_ERR_FAILED);
+        return nullptr;
+    }
+    return RegisteredPathsOf(instances);
+}
+
 CMPIInstance* mbGetInstance(const CMPIBroker* broker, const CMPIContext*, const CMPIObjectPath* op, const char**,
                             CMPIStatus* rc) {
     const TCIMReference* path = ReferenceOf(op);
     if (path == nullptr || !path->GetNamespace()) {
-        SetStatus(rc, CMPI_RC_ERR_FAILED);
+        setStatus(rc, CMPI_RC_ERR_FAILED);
         return nullptr;
     }
     boost::shared_ptr<ICIMInstance> instance = InstanceAt(broker, *path);
     // A record over no instance would fail the provider on first use.
     if (!instance) {
-        SetStatus(rc, CMPI_RC_ERR_NOT_FOUND);
+        setStatus(rc, CMPI_RC_ERR_NOT_FOUND);
         return nullptr;
     }
     // The record keeps the instance alive until the registry is cleared, so
@@ -165,7 +161,7 @@ CMPIInstance* mbGetInstance(const CMPIBroker* broker, const CMPIContext*, const 
     record->hdl = new boost::shared_ptr<ICIMInstance>(instance);
     record->ft = cmpiInstanceFt;
     CMPINSPInstanceRegistry::GetRegistrySingleton()->RegisterInstance(record);
-    SetStatus(rc, CMPI_RC_OK);
+    setStatus(rc, CMPI_RC_OK);
     return record;
 }
 
@@ -175,21 +171,21 @@ CMPIObjectPath* mbCreateInstance(const CMPIBroker*, const CMPIContext*, const CM
     boost::shared_ptr<ICIMInstance>& held = *static_cast<boost::shared_ptr<ICIMInstance>*>(inst->hdl);
     boost::shared_ptr<TCMPIInstance> instance = boost::dynamic_pointer_cast<TCMPIInstance>(held);
     instance->AddToNamespace(TCIMContext());
-    SetStatus(rc, CMPI_RC_OK);
+    setStatus(rc, CMPI_RC_OK);
     return nullptr;
 }
 
 CMPIStatus mbModifyInstance(const CMPIBroker*, const CMPIContext*, const CMPIObjectPath*, const CMPIInstance*,
                             const char**) {
-    return Status(CMPI_RC_ERR_NOT_SUPPORTED);
+    return makeStatus(CMPI_RC_ERR_NOT_SUPPORTED);
 }
 
 // Nothing is ever deleted through the broker; the answer only tells whether
 // there was something to delete.
 CMPIStatus mbDeleteInstance(const CMPIBroker* broker, const CMPIContext*, const CMPIObjectPath* op) {
     boost::shared_ptr<TCIMReference> path = SharedReferenceOf(op);
-    if (!path || !path->GetClass()) return Status(CMPI_RC_ERR_FAILED);
-    return Status(InstanceAt(broker, *path) ? CMPI_RC_ERR_NOT_SUPPORTED : CMPI_RC_ERR_FAILED);
+    if (!path || !path->GetClass()) return makeStatus(CMPI_RC_ERR_FAILED);
+    return makeStatus(InstanceAt(broker, *path) ? CMPI_RC_ERR_NOT_SUPPORTED : CMPI_RC_ERR_FAILED);
 }
 
 CMPIData mbGetProperty(const CMPIBroker*, const CMPIContext*, const CMPIObjectPath* op, const char* name,
@@ -209,14 +205,14 @@ CMPIData mbGetProperty(const CMPIBroker*, const CMPIContext*, const CMPIObjectPa
 
 CMPIStatus mbSetProperty(const CMPIBroker* broker, const CMPIContext*, const CMPIObjectPath* op, const char* name,
                          const CMPIValue* value, CMPIType type) {
-    CMPIStatus status = Status(CMPI_RC_OK);
-    if (type == CMPI_null) return Status(CMPI_RC_ERR_FAILED);
+    CMPIStatus status = makeStatus(CMPI_RC_OK);
+    if (type == CMPI_null) return makeStatus(CMPI_RC_ERR_FAILED);
     boost::shared_ptr<TCIMReference> path = SharedReferenceOf(op);
-    if (!path) return Status(CMPI_RC_ERR_FAILED);
+    if (!path) return makeStatus(CMPI_RC_ERR_FAILED);
     boost::shared_ptr<ICIMClass> cls = path->GetClass();
-    if (!cls || !cls->GetProperty(name, TCIMContext())) return Status(CMPI_RC_ERR_FAILED);
+    if (!cls || !cls->GetProperty(name, TCIMContext())) return makeStatus(CMPI_RC_ERR_FAILED);
     boost::shared_ptr<ICIMInstance> instance = InstanceAt(broker, *path);
-    if (!instance) return Status(CMPI_RC_ERR_FAILED);
+    if (!instance) return makeStatus(CMPI_RC_ERR_FAILED);
     TCIMValue converted = convertCMPIValue(value, type, &status.rc);
     instance->SetPropertyValue(name, converted, TCIMContext());
     return status;
@@ -236,10 +232,10 @@ boost::shared_ptr<ICIMInstance> WalkStart(const CMPIBroker* broker, const CMPIOb
 CMPIEnumeration* WalkResult(TInstanceVector* found, CMPIStatus* rc) {
     if (found->empty()) {
         delete found;
-        SetStatus(rc, CMPI_RC_ERR_FAILED);
+        setStatus(rc, CMPI_RC_ERR_FAILED);
         return nullptr;
     }
-    SetStatus(rc, CMPI_RC_OK);
+    setStatus(rc, CMPI_RC_OK);
     CMPIInstEnumeration* enumeration = new CMPIInstEnumeration(found);
     CMPINSPInstanceRegistry::GetRegistrySingleton()->RegisterEnumeration(enumeration);
     return reinterpret_cast<CMPIEnumeration*>(enumeration);
@@ -250,7 +246,7 @@ CMPIEnumeration* mbAssociators(const CMPIBroker* broker, const CMPIContext*, con
                                const char* resultRole, const char**, CMPIStatus* rc) {
     boost::shared_ptr<ICIMInstance> start = WalkStart(broker, op);
     if (!start) {
-        SetStatus(rc, CMPI_RC_ERR_FAILED);
+        setStatus(rc, CMPI_RC_ERR_FAILED);
         return nullptr;
     }
     TInstanceVector* found = new TInstanceVector;
@@ -263,7 +259,7 @@ CMPIEnumeration* mbReferences(const CMPIBroker* broker, const CMPIContext*, cons
                               const char* resultClass, const char* role, const char**, CMPIStatus* rc) {
     boost::shared_ptr<ICIMInstance> start = WalkStart(broker, op);
     if (!start) {
-        SetStatus(rc, CMPI_RC_ERR_FAILED);
+        setStatus(rc, CMPI_RC_ERR_FAILED);
         return nullptr;
     }
     TInstanceVector* found = new TInstanceVector;
@@ -274,14 +270,11 @@ CMPIEnumeration* mbReferences(const CMPIBroker* broker, const CMPIContext*, cons
 
 CMPIEnumeration* NamesOfWalk(CMPIEnumeration* instances, CMPIStatus* rc) {
     if (instances == nullptr) {
-        SetStatus(rc, CMPI_RC_ERR_FAILED);
+        setStatus(rc, CMPI_RC_ERR_FAILED);
         return nullptr;
     }
-    CMPIEnumeration* paths = PathsOf(InstancesOf(instances));
-    CMPINSPInstanceRegistry::GetRegistrySingleton()->RegisterEnumeration(
-        reinterpret_cast<CMPIObjectPathEnumeration*>(paths));
-    SetStatus(rc, CMPI_RC_OK);
-    return paths;
+    setStatus(rc, CMPI_RC_OK);
+    return RegisteredPathsOf(instances);
 }
 
 CMPIEnumeration* mbAssociatorNames(const CMPIBroker* broker, const CMPIContext* ctx, const CMPIObjectPath* op,
@@ -309,7 +302,7 @@ CMPIData mbInvokeMethod(const CMPIBroker* broker, const CMPIContext*, const CMPI
     // Both argument lists must be usable: the call reads one and copies the
     // other, and a null handle would be followed blindly otherwise.
     if (!instance || in == nullptr || out == nullptr || in->hdl == nullptr || out->hdl == nullptr) {
-        SetStatus(rc, CMPI_RC_ERR_FAILED);
+        setStatus(rc, CMPI_RC_ERR_FAILED);
         return result;
     }
     // The output parameters come back in `in` (the call replaces its map by
@@ -317,7 +310,7 @@ CMPIData mbInvokeMethod(const CMPIBroker* broker, const CMPIContext*, const CMPI
     TCIMContext outCopy(*static_cast<TCIMContext*>(out->hdl));
     TCIMValue value = instance->InvokeMethod(method, *static_cast<TCIMContext*>(in->hdl), outCopy);
     convToCMPIData(value, convToCMPIType(value.GetType(), value.IsArray()), &result);
-    SetStatus(rc, CMPI_RC_OK);
+    setStatus(rc, CMPI_RC_OK);
     return result;
 }
 
@@ -325,12 +318,12 @@ CMPIData mbInvokeMethod(const CMPIBroker* broker, const CMPIContext*, const CMPI
 
 CMPIContext* mbPrepareAttachThread(const CMPIBroker*, const CMPIContext*) { return nullptr; }
 
-CMPIStatus mbAttachThread(const CMPIBroker*, const CMPIContext*) { return Status(CMPI_RC_OK); }
+CMPIStatus mbAttachThread(const CMPIBroker*, const CMPIContext*) { return makeStatus(CMPI_RC_OK); }
 
-CMPIStatus mbDetachThread(const CMPIBroker*, const CMPIContext*) { return Status(CMPI_RC_OK); }
+CMPIStatus mbDetachThread(const CMPIBroker*, const CMPIContext*) { return makeStatus(CMPI_RC_OK); }
 
 CMPIStatus mbDeliverIndication(const CMPIBroker*, const CMPIContext*, const char*, const CMPIInstance*) {
-    return Status(CMPI_RC_OK);
+    return makeStatus(CMPI_RC_OK);
 }
 
 CMPIBrokerFT brokerFtab = {

@@ -21,6 +21,7 @@
 #include "cmpiInstanceRegistry.h"
 #include "cmpiObjectPath.h"
 #include "cmpiResult.h"
+#include "cmpiStatus.h"
 #include "cmpiString.h"
 
 using namespace NVURZENTA20;
@@ -28,17 +29,6 @@ using namespace NVURZENTA20;
 namespace {
 
 CMPINSPInstanceRegistry* Registry() { return CMPINSPInstanceRegistry::GetRegistrySingleton(); }
-
-void SetStatus(CMPIStatus* rc, CMPIrc code) {
-    if (rc == nullptr) return;
-    rc->rc = code;
-    rc->msg = nullptr;
-}
-
-CMPIStatus Status(CMPIrc code) {
-    CMPIStatus status = {code, nullptr};
-    return status;
-}
 
 // Records are two words, a handle and a function table.
 template <class TRecord, class TTable>
@@ -52,7 +42,7 @@ TRecord* NewRecord(void* handle, TTable* table) {
 CMPIDateTime* RegisterDateTime(TCIMDateTime* value, CMPIStatus* rc) {
     CMPIDateTime* record = NewRecord<CMPIDateTime>(value, cmpiDateTimeFt);
     Registry()->RegisterDateTime(record);
-    SetStatus(rc, CMPI_RC_OK);
+    setStatus(rc, CMPI_RC_OK);
     return record;
 }
 
@@ -91,7 +81,7 @@ CMPIInstance* newCMPIInstance(const CMPIBroker*, const CMPIObjectPath* op, CMPIS
     // must not turn a provider's mistake into memory corruption.
     boost::shared_ptr<TCMPIClass> cls = boost::dynamic_pointer_cast<TCMPIClass>(path->GetCIMElement(true));
     if (!cls) {
-        SetStatus(rc, CMPI_RC_ERR_NOT_FOUND);
+        setStatus(rc, CMPI_RC_ERR_NOT_FOUND);
         return nullptr;
     }
     boost::shared_ptr<ICIMInstance> instance = cls->AllocateInstance(TCIMContext());
@@ -103,7 +93,7 @@ CMPIInstance* newCMPIInstance(const CMPIBroker*, const CMPIObjectPath* op, CMPIS
     CMPIInstance* record =
         NewRecord<CMPIInstance>(new boost::shared_ptr<ICIMInstance>(instance), cmpiInstanceFt);
     Registry()->RegisterInstance(record);
-    SetStatus(rc, CMPI_RC_OK);
+    setStatus(rc, CMPI_RC_OK);
     return record;
 }
 
@@ -117,19 +107,19 @@ CMPIObjectPath* newCMPIObjectPath(const CMPIBroker* broker, const char* ns, cons
     path->SetNameSpaceName(std::string(ns));
     CMPIObjectPath* record = NewRecord<CMPIObjectPath>(path, cmpiObjectPathFt);
     Registry()->RegisterObjectPath(record);
-    SetStatus(rc, CMPI_RC_OK);
+    setStatus(rc, CMPI_RC_OK);
     return record;
 }
 
 CMPIString* newCMPIString(const CMPIBroker*, const char* text, CMPIStatus* rc) {
     CMPIString* record = NewRecord<CMPIString>(strdup(text), cmpiStringFt);
     Registry()->RegisterString(record);
-    SetStatus(rc, CMPI_RC_OK);
+    setStatus(rc, CMPI_RC_OK);
     return record;
 }
 
 CMPIArray* newCMPIArray(const CMPIBroker*, CMPICount count, CMPIType type, CMPIStatus* rc) {
-    SetStatus(rc, CMPI_RC_OK);
+    setStatus(rc, CMPI_RC_OK);
     CMPIArray* record = NewRecord<CMPIArray>(newArrayStore(count, type), cmpiArrayFt);
     Registry()->RegisterArray(record);
     return record;
@@ -172,10 +162,10 @@ CMPIStatus mbEncLogMessage(const CMPIBroker*, int severity, const char* id, cons
     } else if (string != nullptr) {
         line.append(string->ft->getCharPtr(string, nullptr));
     } else {
-        return Status(CMPI_RC_ERR_INVALID_PARAMETER);
+        return makeStatus(CMPI_RC_ERR_INVALID_PARAMETER);
     }
     TRootObject::GetCoreLogger()->Log(LogLevelOf(severity), line);
-    return Status(CMPI_RC_OK);
+    return makeStatus(CMPI_RC_OK);
 }
 
 // --- Per-call records of the provider driver ------------------------------
@@ -184,7 +174,7 @@ CMPIStatus mbEncLogMessage(const CMPIBroker*, int severity, const char* id, cons
 // context finds nothing instead of following a stray handle.
 CMPIContext* newCMPIContext(const char*, CMPIStatus* rc) {
     CMPIContext* record = NewRecord<CMPIContext>(new TCIMContext(), cmpiContextFt);
-    SetStatus(rc, CMPI_RC_OK);
+    setStatus(rc, CMPI_RC_OK);
     return record;
 }
 
@@ -194,13 +184,13 @@ CMPIResult* newCMPIResult(CMPIStatus* rc) {
     void** cell = new void*(nullptr);
     CMPIResult* record = NewRecord<CMPIResult>(cell, cmpiResultFt);
     Registry()->RegisterResult(record);
-    SetStatus(rc, CMPI_RC_OK);
+    setStatus(rc, CMPI_RC_OK);
     return record;
 }
 
 CMPIResult* newCMPIEnumInstanceResult(CMPIStatus* rc) {
     CMPIResult* record = NewRecord<CMPIResult>(nullptr, cmpiEnumInstanceResultFt);
-    SetStatus(rc, CMPI_RC_OK);
+    setStatus(rc, CMPI_RC_OK);
     return record;
 }
 
@@ -220,37 +210,37 @@ void removeCMPIObjectPath(CMPIObjectPath* path) { delete path; }
 namespace {
 
 CMPIArgs* unsupportedNewArgs(const CMPIBroker*, CMPIStatus* rc) {
-    SetStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    setStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
     return nullptr;
 }
 
 CMPIBoolean unsupportedClassPathIsA(const CMPIBroker*, const CMPIObjectPath*, const char*, CMPIStatus* rc) {
-    SetStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    setStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
     return 0;
 }
 
 CMPIString* unsupportedToString(const CMPIBroker*, const void*, CMPIStatus* rc) {
-    SetStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    setStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
     return nullptr;
 }
 
 CMPIBoolean unsupportedIsOfType(const CMPIBroker*, const void*, const char*, CMPIStatus* rc) {
-    SetStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    setStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
     return 0;
 }
 
 CMPIString* unsupportedGetType(const CMPIBroker*, const void*, CMPIStatus* rc) {
-    SetStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    setStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
     return nullptr;
 }
 
 CMPIString* unsupportedGetMessage(const CMPIBroker*, const char*, const char*, CMPIStatus* rc, CMPICount, ...) {
-    SetStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    setStatus(rc, CMPI_RC_ERR_NOT_SUPPORTED);
     return nullptr;
 }
 
 CMPIStatus unsupportedTrace(const CMPIBroker*, int, const char*, const char*, const CMPIString*) {
-    return Status(CMPI_RC_ERR_NOT_SUPPORTED);
+    return makeStatus(CMPI_RC_ERR_NOT_SUPPORTED);
 }
 
 CMPIBrokerEncFT brokerEncFtab = {
