@@ -1,58 +1,16 @@
 /*
- * The CMPI layout as a C compiler sees it.
- *
- * Compiled twice, as strict C89 with -pedantic: once with the member
- * aliases (anonymous unions) and once with ZENTA_CMPI_NO_MEMBER_ALIASES.
- * LAYOUT_PROBE_NAME names the exported table in each build; layout_test.cpp
- * compares both tables with the layout the C++ compiler computes.
- *
- * The function at the end expands a selection of macros whose bodies are
- * statements, so that -pedantic also sees what they turn into.
+ * The CMPI layout as a C compiler sees it: built as strict C89 with
+ * -pedantic, with and without member aliases. LAYOUT_PROBE_NAME names the
+ * exported table, one (offset, size of the structure) pair per member.
  */
 
-#include <stddef.h>
+#include "probes.h"
 
-#include "cmpidt.h"
-#include "cmpift.h"
-#include "cmpimacs.h"
-
-#include "layout_members.h"
-
-#ifndef LAYOUT_PROBE_NAME
-#error "define LAYOUT_PROBE_NAME to the name of the table to export"
-#endif
-
-#define PROBE_JOIN2(a, b) a##b
-#define PROBE_JOIN(a, b) PROBE_JOIN2(a, b)
-
-#define PROBE_SIZE(T) sizeof(T),
-#define PROBE_OFFSET(T, m) offsetof(T, m),
+#define PROBE_MEMBER(T, m) offsetof(T, m), sizeof(T),
+#define PROBE_TABLE(T, members) members(PROBE_MEMBER, PROBE_MEMBER, PROBE_MEMBER, T)
 
 const size_t LAYOUT_PROBE_NAME[] = {
-    CMPI_LAYOUT_TYPES(PROBE_SIZE)
-    CMPI_LAYOUT_MEMBERS(PROBE_OFFSET)
+    CMPI_LAYOUT(PROBE_TABLE)
+    CMPI_LAYOUT_VALUES(PROBE_MEMBER)
     0
 };
-
-const size_t PROBE_JOIN(LAYOUT_PROBE_NAME, _count) =
-    sizeof(LAYOUT_PROBE_NAME) / sizeof(LAYOUT_PROBE_NAME[0]) - 1;
-
-CMPIStatus PROBE_JOIN(LAYOUT_PROBE_NAME, _macros)(const CMPIBroker *b,
-                                                  CMPIStatus *st,
-                                                  CMPIrc rc);
-
-CMPIStatus PROBE_JOIN(LAYOUT_PROBE_NAME, _macros)(const CMPIBroker *b,
-                                                  CMPIStatus *st,
-                                                  CMPIrc rc)
-{
-    CMSetStatus(st, rc);
-    CMSetStatusWithChars(b, st, rc, "text");
-    CMSetStatusWithString(st, rc, CMNewString(b, "text", NULL));
-    if (rc == CMPI_RC_ERR_FAILED) {
-        CMReturnWithChars(b, rc, "failed");
-    }
-    if (rc == CMPI_RC_ERR_NOT_FOUND) {
-        CMReturnWithString(rc, CMNewString(b, "missing", NULL));
-    }
-    CMReturn(rc);
-}

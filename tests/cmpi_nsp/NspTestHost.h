@@ -4,6 +4,8 @@
 #ifndef ZENTA_TESTS_NSPTESTHOST_H
 #define ZENTA_TESTS_NSPTESTHOST_H
 
+#include <unistd.h>
+
 #include <cstdint>
 #include <cstdio>
 #include <fstream>
@@ -13,10 +15,10 @@
 #include <boost/shared_ptr.hpp>
 #include <gtest/gtest.h>
 
+#include "TCMPIClass.h"
 #include "TCMPINamespace.h"
 #include "TCMPINamespaceProvider.h"
 #include "TNamespaceManager.h"
-#include "TCMPIClass.h"
 #include "TRootObject.h"
 #include "TZENTAException.h"
 
@@ -31,10 +33,8 @@ protected:
         fLogPath = pattern;
         TRootObject::GetCoreLogger()->SetLogFile(fLogPath);
         TRootObject::GetCoreLogger()->SetThreshold(4);
-        boost::shared_ptr<INamespaceProvider> inmem =
-            TRootObject::GetNamespaceProviderManager()->GetNamespaceProvider("inmem");
-        ASSERT_TRUE(inmem);
-        fRepository = inmem->AllocateNamespace(TCIMContext(), true);
+        fRepository = TRootObject::GetNamespaceProviderManager()->GetNamespaceProvider("inmem")->AllocateNamespace(
+            TCIMContext(), true);
         fManager = TNamespaceManager::Create(fRepository);
         fUpcall = fManager;
     }
@@ -47,17 +47,15 @@ protected:
         std::remove(fLogPath.c_str());
     }
 
-    // Allocates the CMPI namespace over the modules of `directory` (a
-    // directory under the test module root) and attaches it to the manager.
+    // Allocates the CMPI namespace over the test modules of `directory` and attaches it.
     void Allocate(const std::string& directory) {
         using namespace NVURZENTA20;
         std::string path = std::string(ZENTA_NSP_MODULE_ROOT) + "/" + directory;
-        std::vector<char> buffer(path.begin(), path.end());
-        buffer.push_back('\0');
-        TCMPINamespaceProvider::Initialize(&buffer[0]);
-        TCIMContext context;
-        context["repository"] = TCIMValue(static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(&fRepository)));
-        context["upcall"] = TCIMValue(static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(&fUpcall)));
+        TCMPINamespaceProvider::Initialize(&path[0]);
+        const auto address = [](const void* at) {
+            return TCIMValue(static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(at)));
+        };
+        TCIMContext context = {{"repository", address(&fRepository)}, {"upcall", address(&fUpcall)}};
         boost::shared_ptr<ICIMNamespace> allocated =
             TCMPINamespaceProvider::GetInstance()->AllocateNamespace(context, false);
         fNamespace = boost::dynamic_pointer_cast<TCMPINamespace>(allocated);
@@ -65,21 +63,13 @@ protected:
         fManager->AttachProviderNamespace("cmpi", allocated);
     }
 
-    std::vector<std::string> LogLines() const {
-        std::vector<std::string> lines;
-        std::ifstream in(fLogPath.c_str());
-        std::string line;
-        while (std::getline(in, line)) lines.push_back(line);
-        return lines;
-    }
-
-    // Log lines of `level` (by the logger's level name) that contain `text`.
+    // Log lines that contain `levelName` (the logger's name of a level) and `text`.
     std::vector<std::string> LogLinesWith(const std::string& levelName, const std::string& text) const {
         std::vector<std::string> found;
-        std::vector<std::string> lines = LogLines();
-        for (std::size_t i = 0; i < lines.size(); ++i) {
-            if (lines[i].find(levelName) != std::string::npos && lines[i].find(text) != std::string::npos) {
-                found.push_back(lines[i]);
+        std::ifstream in(fLogPath.c_str());
+        for (std::string line; std::getline(in, line);) {
+            if (line.find(levelName) != std::string::npos && line.find(text) != std::string::npos) {
+                found.push_back(line);
             }
         }
         return found;

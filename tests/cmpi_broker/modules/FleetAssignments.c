@@ -7,18 +7,16 @@ static const CMPIBroker* assignmentsBroker;
 static CMPIInstance* makeAssignment(const char* car, const char* driver) {
     CMPIObjectPath* carPath = fleetPath(assignmentsBroker, FLEET_CAR, car);
     CMPIObjectPath* driverPath = fleetPath(assignmentsBroker, FLEET_DRIVER, driver);
-    CMPIObjectPath* op = fleetPath(assignmentsBroker, FLEET_ASSIGNMENT, NULL);
+    CMPIObjectPath* op = fleetPath(assignmentsBroker, "Fleet_Assignment", NULL);
     CMAddKey(op, "Car", &carPath, CMPI_ref);
     CMAddKey(op, "Driver", &driverPath, CMPI_ref);
     return CMNewInstance(assignmentsBroker, op, NULL);
 }
 
-FLEET_UNSERVED_INSTANCE_FUNCTIONS(Assignments_)
-FLEET_UNSERVED_GET_INSTANCE(Assignments_)
+FLEET_ENUMERATION_ONLY_FUNCTIONS(Assignments_)
 
 static CMPIStatus Assignments_EnumInstances(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
                                             const CMPIObjectPath* ref, const char** properties) {
-    (void)mi; (void)ctx; (void)ref; (void)properties;
     CMReturnInstance(rslt, makeAssignment("car1", "ann"));
     CMReturnInstance(rslt, makeAssignment("car1", "bob"));
     CMReturnInstance(rslt, makeAssignment("car2", "bob"));
