@@ -137,8 +137,8 @@
 
 #define CMFmtSint(v)    CMPI_sint32, ((long int)(v))
 #define CMFmtUint(v)    CMPI_uint32, ((unsigned long int)(v))
-#define CMFmtSint64(v)  CMPI_sint64, ((long long int)(v))
-#define CMFmtUint64(v)  CMPI_uint64, ((unsigned long long int)(v))
+#define CMFmtSint64(v)  CMPI_sint64, (ZENTA_CMPI_EXTENSION (long long int)(v))
+#define CMFmtUint64(v)  CMPI_uint64, (ZENTA_CMPI_EXTENSION (unsigned long long int)(v))
 #define CMFmtReal(v)    CMPI_real64, ((double)(v))
 #define CMFmtBoolean(v) CMPI_boolean, ((int)(v))
 #define CMFmtChars(v)   CMPI_chars, ((char *)(v))
