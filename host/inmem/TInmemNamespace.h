@@ -51,8 +51,9 @@ public:
     // kUnsupportedOperation: the repository raises no indications.
     void Subscribe(boost::shared_ptr<ICIMIndicationFilter> filter, const TInstanceCallback& callback,
                    TCIMContext context) override;
-    // The filed instance with that path (searched in the path's class and
-    // its subclasses), or an empty pointer.
+    // The filed instance with that path, or an empty pointer. The path must
+    // name the instance's own class, as CIM instance names do: a path naming
+    // a superclass finds nothing, although the walk passes subclasses.
     boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& path, TCIMContext context) const override;
     // kInstanceNotFound when no instance has that path.
     void DeleteInstance(const TCIMReference& path, TCIMContext context) override;
