@@ -57,15 +57,24 @@ CMPIData keyData(const TCIMValue& value)
 
 const CMPIValueState kMissingKeyState = CMPI_nullValue | CMPI_notFound;
 
-CMPIString* refGetNameSpace(const CMPIObjectPath* path, CMPIStatus* rc)
+// A text of the path as a registered string; a path without a handle has
+// none.
+template <class TText>
+CMPIString* textOfPath(const CMPIObjectPath* path, CMPIStatus* rc, TText text)
 {
-    if (referenceOf(path) == nullptr) {
+    const TCIMReference* ref = referenceOf(path);
+    if (ref == nullptr) {
         setStatus(rc, CMPI_RC_ERR_INVALID_PARAMETER);
         return nullptr;
     }
-    CMPIString* name = string2CMPIString(referenceOf(path)->GetNameSpaceName());
+    CMPIString* string = string2CMPIString(text(*ref));
     setStatus(rc, CMPI_RC_OK);
-    return name;
+    return string;
+}
+
+CMPIString* refGetNameSpace(const CMPIObjectPath* path, CMPIStatus* rc)
+{
+    return textOfPath(path, rc, [](const TCIMReference& ref) { return ref.GetNameSpaceName(); });
 }
 
 // Paths of this library carry no host; the path is not consulted.
@@ -78,25 +87,13 @@ CMPIString* refGetHostname(const CMPIObjectPath*, CMPIStatus* rc)
 
 CMPIString* refGetClassName(const CMPIObjectPath* path, CMPIStatus* rc)
 {
-    if (referenceOf(path) == nullptr) {
-        setStatus(rc, CMPI_RC_ERR_INVALID_PARAMETER);
-        return nullptr;
-    }
-    CMPIString* name = string2CMPIString(referenceOf(path)->GetClassName());
-    setStatus(rc, CMPI_RC_OK);
-    return name;
+    return textOfPath(path, rc, [](const TCIMReference& ref) { return ref.GetClassName(); });
 }
 
 CMPIString* refToString(const CMPIObjectPath* path, CMPIStatus* rc)
 {
-    const TCIMReference* ref = referenceOf(path);
-    if (ref == nullptr) {
-        setStatus(rc, CMPI_RC_ERR_INVALID_PARAMETER);
-        return nullptr;
-    }
-    CMPIString* text = string2CMPIString(ref->GetNameSpaceName() + ":" + ref->GetPath());
-    setStatus(rc, CMPI_RC_OK);
-    return text;
+    return textOfPath(path, rc,
+                      [](const TCIMReference& ref) { return ref.GetNameSpaceName() + ":" + ref.GetPath(); });
 }
 
 CMPIStatus refAddKey(CMPIObjectPath* path, const char* name, const CMPIValue* value, const CMPIType type)
