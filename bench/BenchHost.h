@@ -11,10 +11,12 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include <benchmark/benchmark.h>
 #include <boost/shared_ptr.hpp>
 
 #include "ICIMClass.h"
@@ -147,6 +149,20 @@ inline std::size_t ResidentSize() {
     const int read = std::fscanf(statm, "%lu %lu", &size, &resident);
     std::fclose(statm);
     return read == 2 ? resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) : 0;
+}
+
+// The main of a benchmark program whose benchmarks share one host over the
+// "enum" modules: the host lives from before the first benchmark to after
+// the last.
+inline int RunOverEnumerationModules(int argc, char** argv, std::unique_ptr<THost>& host) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    host.reset(new THost);
+    host->Allocate(ModuleDirectory("enum"));
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    host.reset();
+    return 0;
 }
 
 }  // namespace bench

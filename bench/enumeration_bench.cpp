@@ -123,13 +123,4 @@ BENCHMARK(BM_UpcallEnumInstanceNames)->Arg(10000)->Apply(Repeated);
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    gHost.reset(new bench::THost);
-    gHost->Allocate(bench::ModuleDirectory("enum"));
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    gHost.reset();
-    return 0;
-}
+int main(int argc, char** argv) { return bench::RunOverEnumerationModules(argc, argv, gHost); }

@@ -108,13 +108,4 @@ BENCHMARK(BM_RetainedPerInstance)->Arg(1000)->Arg(10000)->Iterations(1)->Unit(be
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    gHost.reset(new bench::THost);
-    gHost->Allocate(bench::ModuleDirectory("enum"));
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    gHost.reset();
-    return 0;
-}
+int main(int argc, char** argv) { return bench::RunOverEnumerationModules(argc, argv, gHost); }
