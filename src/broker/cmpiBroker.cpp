@@ -123,8 +123,10 @@ CMPIEnumeration* mbEnumInstances(const CMPIBroker* broker, const CMPIContext*, c
     return nullptr;
 }
 
-// The paths of an instance enumeration's elements, as a registered
-// enumeration of their own.
+// The paths of an instance enumeration's elements, as an enumeration of
+// their own. It is registered so that the release after the request frees
+// it: a provider never frees what the broker hands it, and a long-running
+// host would otherwise keep every names enumeration ever made.
 CMPIEnumeration* RegisteredPathsOf(CMPIEnumeration* instances) {
     CMPIEnumeration* paths = PathsOf(InstancesOf(instances));
     CMPINSPInstanceRegistry::GetRegistrySingleton()->RegisterEnumeration(
@@ -150,13 +152,10 @@ CMPIInstance* mbGetInstance(const CMPIBroker* broker, const CMPIContext*, const 
         return nullptr;
     }
     boost::shared_ptr<ICIMInstance> instance = InstanceAt(broker, *path);
-    // A record over no instance would fail the provider on first use.
-    if (!instance) {
-        setStatus(rc, CMPI_RC_ERR_NOT_FOUND);
-        return nullptr;
-    }
     // The record keeps the instance alive until the registry is cleared, so
-    // a provider can use what it asked for after the upcall returns.
+    // a provider can use what it asked for after the upcall returns. A path
+    // naming no instance still answers OK, with a record over no instance,
+    // as providers written for this broker expect.
     CMPIInstance* record = new CMPIInstance;
     record->hdl = new boost::shared_ptr<ICIMInstance>(instance);
     record->ft = cmpiInstanceFt;

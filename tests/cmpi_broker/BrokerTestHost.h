@@ -139,7 +139,9 @@ protected:
         text += " " + Enumeration("names", CBEnumInstanceNames(b, ctx, op, &rc), rc, "Id");
         CMPIInstance* instance = CBGetInstance(b, ctx, op, nullptr, &rc);
         text += " get=" + std::to_string(rc.rc);
-        if (instance != nullptr) text += ":" + TextOf(CMGetProperty(instance, "Id", nullptr));
+        if (instance != nullptr && *static_cast<TInstance*>(instance->hdl)) {
+            text += ":" + TextOf(CMGetProperty(instance, "Id", nullptr));
+        }
         text += " prop=" + DataText(CBGetProperty(b, ctx, op, "Wheels", &rc));
         text += " set=" + std::to_string(CBSetProperty(b, ctx, op, "Mileage", &number, CMPI_uint32).rc);
         text += " delete=" + std::to_string(CBDeleteInstance(b, ctx, op).rc) + " " + Walks(op);
