@@ -18,6 +18,24 @@ void LogFailure(const std::string& what, const char* subject) {
     TRootObject::GetCoreLogger()->Log(3, line.str());
 }
 
+// Right after its failure line, the status the provider gave, so that a host
+// can tell the user why: "providerDriver status <code> from <provider>:
+// <message>". The message is the provider's own text, on one line.
+void LogStatus(const CMPIStatus& status, const char* provider) {
+    std::string message;
+    if (status.msg != nullptr && status.msg->ft != nullptr && status.msg->ft->getCharPtr != nullptr) {
+        const char* text = status.msg->ft->getCharPtr(status.msg, nullptr);
+        if (text != nullptr) message = text;
+    }
+    for (char& c : message) {
+        if (c == '\n' || c == '\r') c = ' ';
+    }
+    std::ostringstream line;
+    line << "providerDriver status " << static_cast<int>(status.rc) << " from " << (provider ? provider : "")
+         << ": " << message;
+    TRootObject::GetCoreLogger()->Log(4, line.str());
+}
+
 // Removes the unregistered records of one downcall however it ends: a host
 // exception may travel back through the provider. A null record is skipped.
 class TCallRecords {
@@ -58,6 +76,7 @@ boost::shared_ptr<ICIMInstance> getInstance(const CMPIBroker*, _ProviderInfo* in
     }
     if (status.rc != CMPI_RC_OK) {
         LogFailure("providerDriver::getInstance failed for ", info->providerName);
+        LogStatus(status, info->providerName);
         return boost::shared_ptr<ICIMInstance>();
     }
     // The result's cell holds the handle of the instance the provider
@@ -76,7 +95,10 @@ int enumInstances(const CMPIBroker* broker, _ProviderInfo* info, const char* cla
     CMPIInstanceMI* mi = info->instanceMI;
     if (mi != nullptr) {
         if (mi->ft != nullptr) status = mi->ft->enumInstances(mi, context, result, path, nullptr);
-        if (status.rc != CMPI_RC_OK) LogFailure("providerDriver::enumInstances failed for ", info->providerName);
+        if (status.rc != CMPI_RC_OK) {
+            LogFailure("providerDriver::enumInstances failed for ", info->providerName);
+            LogStatus(status, info->providerName);
+        }
     }
     return 0;
 }
@@ -94,7 +116,10 @@ int invokeMethod(_ProviderInfo* info, const TCIMReference& reference, const std:
     CMPIMethodMI* mi = info->methodMI;
     if (mi != nullptr) {
         status = mi->ft->invokeMethod(mi, context, result, path, methodName.c_str(), inArgs, outArgs);
-        if (status.rc != CMPI_RC_OK) LogFailure("providerDriver::invokeMethod ", methodName.c_str());
+        if (status.rc != CMPI_RC_OK) {
+            LogFailure("providerDriver::invokeMethod ", methodName.c_str());
+            LogStatus(status, info->providerName);
+        }
     }
     return 0;
 }
