@@ -64,7 +64,9 @@ static CMPIStatus OS_GetInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, con
     CMPIInstance* inst;
     (void)mi; (void)ctx; (void)properties;
     if (name == NULL) CMReturn(CMPI_RC_ERR_INVALID_PARAMETER);
-    if (uname(&system) != 0 || strcmp(name, system.nodename) != 0) CMReturn(CMPI_RC_ERR_NOT_FOUND);
+    if (uname(&system) != 0 || strcmp(name, system.nodename) != 0) {
+        CMReturnWithChars(osBroker, CMPI_RC_ERR_NOT_FOUND, "this host has another name");
+    }
     inst = makeOperatingSystem(zentaNamespaceOf(ref, SYSTEM_NAMESPACE), &rc);
     if (inst == NULL) return rc;
     CMReturnInstance(rslt, inst);

@@ -50,7 +50,7 @@ static CMPIStatus Process_EnumInstances(CMPIInstanceMI* mi, const CMPIContext* c
     struct dirent* entry;
     DIR* proc = opendir("/proc");
     (void)mi; (void)ctx; (void)properties;
-    if (proc == NULL) CMReturn(CMPI_RC_ERR_FAILED);
+    if (proc == NULL) CMReturnWithChars(processBroker, CMPI_RC_ERR_FAILED, "cannot read /proc");
     while ((entry = readdir(proc)) != NULL) {
         ProcessInfo info;
         CMPIInstance* inst;
@@ -70,7 +70,7 @@ static CMPIStatus Process_GetInstance(CMPIInstanceMI* mi, const CMPIContext* ctx
     ProcessInfo info;
     CMPIInstance* inst;
     (void)mi; (void)ctx; (void)properties;
-    if (systemProcessOfPath(ref, &info) != 0) CMReturn(CMPI_RC_ERR_NOT_FOUND);
+    if (systemProcessOfPath(ref, &info) != 0) CMReturnWithChars(processBroker, CMPI_RC_ERR_NOT_FOUND, "no such process");
     inst = makeProcess(zentaNamespaceOf(ref, SYSTEM_NAMESPACE), &info, &rc);
     if (inst == NULL) return rc;
     CMReturnInstance(rslt, inst);
@@ -105,7 +105,7 @@ static CMPIStatus Process_InvokeMethod(CMPIMethodMI* mi, const CMPIContext* ctx,
     char* commandLine;
     (void)mi; (void)ctx;
     if (strcmp(method, "ReadCommandLine") != 0) CMReturn(CMPI_RC_ERR_METHOD_NOT_FOUND);
-    if (systemProcessOfPath(ref, &info) != 0) CMReturn(CMPI_RC_ERR_NOT_FOUND);
+    if (systemProcessOfPath(ref, &info) != 0) CMReturnWithChars(processBroker, CMPI_RC_ERR_NOT_FOUND, "no such process");
     separator = zentaStringOf(CMGetArg(in, "Separator", &rc));
     if (separator == NULL) separator = " ";
     rc.rc = CMPI_RC_OK;

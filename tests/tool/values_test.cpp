@@ -8,9 +8,11 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "Output.h"
+#include "JsonAnswer.h"
+#include "MofText.h"
 #include "TCIMDateTime.h"
 #include "TCIMReference.h"
+#include "TextAnswer.h"
 #include "ToolError.h"
 #include "ValueText.h"
 
@@ -45,15 +47,45 @@ TCIMValue Null(TType::ECIMType type) {
     return value;
 }
 
+class TStringSink : public IByteSink {
+public:
+    void Write(const char* data, std::size_t size) override { text.append(data, size); }
+    std::string text;
+};
+
+// What a writer makes of one answer; a tiny threshold makes every element
+// pass through the sink on its own.
+template <class TWriter, class TBody>
+std::string Render(EAnswerKind kind, const TBody& body) {
+    TStringSink sink;
+    TOutputBuffer buffer(sink, 1);
+    TWriter writer(buffer);
+    writer.Begin(kind);
+    body(writer);
+    writer.End();
+    buffer.Flush();
+    return sink.text;
+}
+
+std::string JsonInstance(const TNamedValues& properties) {
+    const std::string className = "Thing";
+    const std::string path = "Thing.Id=1";
+    std::vector<TPropertyView> views;
+    for (const auto& property : properties) {
+        TPropertyView view;
+        view.name = &property.first;
+        view.value = &property.second;
+        views.push_back(view);
+    }
+    TInstanceView instance;
+    instance.className = &className;
+    instance.path.text = &path;
+    instance.properties = &views;
+    return Render<TJsonAnswer>(EAnswerKind::kInstance, [&](IAnswerWriter& writer) { writer.Instance(instance); });
+}
+
 nlohmann::ordered_json JsonProperties(const TNamedValues& properties) {
-    TRequestResult result;
-    result.kind = TRequestResult::kInstance;
-    TInstanceRecord instance;
-    instance.className = "Thing";
-    instance.path = "Thing.Id=1";
-    instance.properties = properties;
-    result.instances.push_back(instance);
-    return nlohmann::ordered_json::parse(RenderJson(result)).at("instance").at("properties");
+    return nlohmann::ordered_json::parse(JsonInstance(properties)).at("instance").at("properties");
 }
 
 }  // namespace
@@ -142,10 +174,40 @@ TEST(Output, JsonKeepsTypesAndDeclarationOrder) {
 }
 
 TEST(Output, AMethodsReturnValueComesBeforeItsOutputs) {
-    TRequestResult result;
-    result.kind = TRequestResult::kMethod;
-    result.method.method = "Count";
-    result.method.outParameters = {{"Total", TCIMValue(2u)}};
-    result.method.returnValue = TCIMValue(0u);
-    EXPECT_EQ(RenderText(result), "ReturnValue = 0;\nTotal = 2;\n");
+    TMethodView method;
+    method.method = "Count";
+    method.outParameters = {{"Total", TCIMValue(2u)}};
+    method.returnValue = TCIMValue(0u);
+    EXPECT_EQ(Render<TTextAnswer>(EAnswerKind::kMethod, [&](IAnswerWriter& writer) { writer.Method(method); }),
+              "ReturnValue = 0;\nTotal = 2;\n");
+}
+
+// Scripts may compare the streamed document with what a JSON library
+// writes: the layout is nlohmann's dump(2), empty containers included.
+TEST(Output, StreamedJsonIsLaidOutAsAJsonLibraryLaysItOut) {
+    const TNamedValues properties = {{"Name", TCIMValue("Rex")},
+                                     {"Legs", TCIMValue(4u)},
+                                     {"Weight", TCIMValue(3.8f)},
+                                     {"Ratio", TCIMValue(100.0)},
+                                     {"Tags", Array(TType::kString, {TCIMValue("a"), TCIMValue("b")})},
+                                     {"None", Array(TType::kString, {})}};
+    const std::string streamed = JsonInstance(properties);
+    EXPECT_EQ(streamed, nlohmann::ordered_json::parse(streamed).dump(2) + "\n");
+    // A real32 prints as the float it is; a whole real keeps its fraction.
+    EXPECT_NE(streamed.find("\"Weight\": 3.8,"), std::string::npos) << streamed;
+    EXPECT_NE(streamed.find("\"Ratio\": 100.0,"), std::string::npos) << streamed;
+    EXPECT_EQ(Render<TJsonAnswer>(EAnswerKind::kInstancePaths, [](IAnswerWriter&) {}), "{\n  \"paths\": []\n}\n");
+}
+
+TEST(ValueText, RealsOutsideTheirRangeAreRefusedButInfinityIsTaken) {
+    EXPECT_EQ(Refusal("1e39", TType::kReal32), "parameter P: \"1e39\" is not a valid real32");
+    EXPECT_EQ(Refusal("1e999", TType::kReal64), "parameter P: \"1e999\" is not a valid real64");
+    EXPECT_TRUE(std::isinf(static_cast<float>(Read("INF", TType::kReal32))));
+    EXPECT_EQ(static_cast<double>(Read("1e-320", TType::kReal64)) > 0, true) << "a denormal is still a real64";
+}
+
+TEST(ValueText, ElementListsAreReadOneByOne) {
+    const TCIMValue list = ValueFromItems({"a,b", ""}, TType(TType::kString), true, TReferenceReader(), "parameter P");
+    EXPECT_EQ(MofValue(list), "{\"a,b\", \"\"}");
+    EXPECT_THROW(ValueFromItems({"1", "2"}, TType(TType::kUint8), false, TReferenceReader(), "parameter P"), TToolError);
 }

@@ -48,10 +48,11 @@ THostSession::THostSession(const TSessionOptions& options)
     const std::string libraries = DefaultLibraryDirectory();
     OpenNamespaceProviderLibrary(libraries + "/" + kInmemLibrary);
     std::string cmpiLibrary = libraries + "/" + kCmpiLibrary;
-    if (!options.providerDirectory.empty()) {
-        fStaging.reset(new TProviderStaging(options.providerDirectory, cmpiLibrary));
-        fLog.AddPathAlias(fStaging->GetDirectory(), fs::absolute(options.providerDirectory).lexically_normal().string());
-        cmpiLibrary = fStaging->GetLibraryLink();
+    if (!options.stagingDirectory.empty()) {
+        if (!options.providerDirectory.empty()) {
+            fLog.AddPathAlias(options.stagingDirectory, fs::absolute(options.providerDirectory).lexically_normal().string());
+        }
+        cmpiLibrary = options.stagingDirectory + "/" + kCmpiLibrary;
     }
     void* cmpi = OpenNamespaceProviderLibrary(cmpiLibrary);
     fClearInstances = reinterpret_cast<TZentaCmpiClearInstances>(dlsym(cmpi, ZENTA_CMPI_CLEAR_INSTANCES_SYMBOL));

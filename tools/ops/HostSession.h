@@ -2,24 +2,27 @@
 // relay), the repository filled with the standard documents, the namespace
 // manager over it, the namespace provider libraries and the CMPI namespace
 // with its provider modules, attached to the manager.
-#ifndef ZENTA_TOOL_HOSTSESSION_H
-#define ZENTA_TOOL_HOSTSESSION_H
+#ifndef ZENTA_OPS_HOSTSESSION_H
+#define ZENTA_OPS_HOSTSESSION_H
 
-#include <memory>
 #include <string>
 
 #include <boost/shared_ptr.hpp>
 
 #include "ICIMNamespace.h"
 #include "LogRelay.h"
-#include "ProviderStaging.h"
 #include "TNamespaceManager.h"
 #include "cmpiNspHostApi.h"
 
 struct TSessionOptions {
-    std::string providerDirectory;  // empty: the modules beside the tool's libraries
-    int logLevel = -1;              // < 0: ZENTA_LOG_LEVEL or the logger's default
-    std::string logFile;            // empty: ZENTA_LOG_FILE or stderr
+    // The private directory the CMPI library is opened from (through the
+    // link to it placed there, see ProviderStaging.h); empty: the library
+    // is opened where it lies and serves the modules beside it.
+    std::string stagingDirectory;
+    // The directory the staging directory stands for, as log lines show it.
+    std::string providerDirectory;
+    int logLevel = -1;     // < 0: ZENTA_LOG_LEVEL or the logger's default
+    std::string logFile;   // empty: ZENTA_LOG_FILE or stderr
 };
 
 class THostSession {
@@ -44,7 +47,6 @@ private:
     void AllocateCmpiNamespace();
 
     TLogRelay fLog;
-    std::unique_ptr<TProviderStaging> fStaging;
     TZentaCmpiClearInstances fClearInstances;
     boost::shared_ptr<NVURZENTA20::ICIMNamespace> fRepository;
     boost::shared_ptr<NVURZENTA20::TNamespaceManager> fManager;

@@ -1,6 +1,7 @@
 #include "LogRelay.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -22,11 +23,6 @@ const char* const kLevelNames[] = {"ERROR", "WARNING", "NOTICE", "TRACE", "INFOR
 const int kLevelCount = sizeof(kLevelNames) / sizeof(kLevelNames[0]);
 const char kNumberedLevel[] = "LEVEL";
 
-std::string TemporaryDirectory() {
-    const char* configured = std::getenv("TMPDIR");
-    return configured != nullptr && *configured != '\0' ? configured : "/tmp";
-}
-
 int LevelFromName(const std::string& name) {
     for (int level = 0; level < kLevelCount; ++level) {
         if (name == kLevelNames[level]) return level;
@@ -37,25 +33,26 @@ int LevelFromName(const std::string& name) {
     return -1;
 }
 
-// Opens a fresh private file and points the core logger at it; returns a
-// descriptor to read it back. The name disappears at once.
+// Points the core logger at a private in-memory file and returns a
+// descriptor to read it back by. Nothing lands on a disk, so neither a full
+// nor an unusable temporary directory keeps a request from running.
 int CaptureLogger() {
-    std::string pattern = TemporaryDirectory() + "/zenta-log-XXXXXX";
-    std::vector<char> name(pattern.begin(), pattern.end());
-    name.push_back('\0');
-    const int descriptor = mkstemp(&name[0]);
-    if (descriptor < 0) {
-        throw TToolError("cannot create a log file in " + TemporaryDirectory() + ": " + std::strerror(errno));
-    }
+    const int descriptor = memfd_create("zenta-log", MFD_CLOEXEC);
+    if (descriptor < 0) throw TToolError(std::string("cannot create the log capture: ") + std::strerror(errno));
     try {
-        TRootObject::GetCoreLogger()->SetLogFile(&name[0]);
+        TRootObject::GetCoreLogger()->SetLogFile("/proc/self/fd/" + std::to_string(descriptor));
     } catch (...) {
-        unlink(&name[0]);
         close(descriptor);
         throw;
     }
-    unlink(&name[0]);
     return descriptor;
+}
+
+bool CanAppendTo(const std::string& path) {
+    std::FILE* probe = std::fopen(path.c_str(), "a");
+    if (probe == nullptr) return false;
+    std::fclose(probe);
+    return true;
 }
 
 }  // namespace
@@ -64,20 +61,22 @@ TLogRelay::TLogRelay(int threshold, const std::string& destination)
     : fThreshold(threshold), fDestination(destination), fCapture(-1), fOffset(0) {
     boost::shared_ptr<ICoreLogger> logger = TRootObject::GetCoreLogger();
     if (fThreshold < 0) fThreshold = logger->GetThreshold();
-    if (fDestination.empty()) {
-        const char* configured = std::getenv("ZENTA_LOG_FILE");
-        if (configured != nullptr) fDestination = configured;
-    }
     if (!fDestination.empty()) {
         // Fail before anything is logged, and the way the user expects.
-        std::FILE* probe = std::fopen(fDestination.c_str(), "a");
-        if (probe == nullptr) {
+        if (!CanAppendTo(fDestination)) {
             throw TToolError("cannot open log file " + fDestination + ": " + std::strerror(errno));
         }
-        std::fclose(probe);
+    } else if (const char* configured = std::getenv("ZENTA_LOG_FILE")) {
+        // A file the environment names may be stale: say so and log to stderr.
+        if (*configured != '\0' && CanAppendTo(configured)) {
+            fDestination = configured;
+        } else if (*configured != '\0') {
+            std::fprintf(stderr, "zenta: cannot open log file %s (ZENTA_LOG_FILE): %s; logging to stderr\n",
+                         configured, std::strerror(errno));
+        }
     }
     fCapture = CaptureLogger();
-    logger->SetThreshold(std::max(fThreshold, static_cast<int>(ICoreLogger::kTrace)));
+    logger->SetThreshold(std::max(fThreshold, static_cast<int>(ICoreLogger::kInformation)));
 }
 
 TLogRelay::~TLogRelay() {

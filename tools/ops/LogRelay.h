@@ -6,10 +6,11 @@
 // the trace level into a private file, reads the new lines after each step,
 // forwards those at or below the user's threshold to the user's destination
 // (stderr or --log-file) unchanged, and hands all of them to the caller to
-// look for failures. The private file is unlinked as soon as the logger has
-// opened it, so nothing is left behind whatever happens to the process.
-#ifndef ZENTA_TOOL_LOGRELAY_H
-#define ZENTA_TOOL_LOGRELAY_H
+// look for failures. The private file lives in memory only, so nothing is
+// left behind whatever happens to the process, and no temporary directory
+// has to be usable.
+#ifndef ZENTA_OPS_LOGRELAY_H
+#define ZENTA_OPS_LOGRELAY_H
 
 #include <string>
 #include <vector>
@@ -23,7 +24,8 @@ class TLogRelay {
 public:
     // `threshold` < 0 keeps the logger's own threshold (ZENTA_LOG_LEVEL or
     // its default); an empty `destination` means ZENTA_LOG_FILE when it is
-    // set, else stderr.
+    // set and can be written, else stderr. A `destination` that cannot be
+    // written throws TToolError.
     TLogRelay(int threshold, const std::string& destination);
     ~TLogRelay();
 

@@ -17,21 +17,40 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string MakePrivateDirectory() {
-    const char* configured = std::getenv("TMPDIR");
-    std::string pattern = std::string(configured != nullptr && *configured != '\0' ? configured : "/tmp") +
-                          "/zenta-providers-XXXXXX";
+// Longer temporary directories are passed over for /tmp: the library's
+// path must stay far below the 512 bytes it keeps it in.
+const std::size_t kLongestTemporaryDirectory = 200;
+const char kFallbackDirectory[] = "/tmp";
+
+bool TryPrivateDirectory(const std::string& parent, std::string& made, std::string& reason) {
+    std::string pattern = parent + "/zenta-providers-XXXXXX";
     std::vector<char> name(pattern.begin(), pattern.end());
     name.push_back('\0');
     if (mkdtemp(&name[0]) == nullptr) {
-        throw TToolError("cannot create a staging directory (" + pattern + "): " + std::strerror(errno));
+        reason = parent + ": " + std::strerror(errno);
+        return false;
     }
-    return &name[0];
+    made = &name[0];
+    return true;
+}
+
+std::string MakePrivateDirectory() {
+    const char* configured = std::getenv("TMPDIR");
+    std::string made;
+    std::string refused;
+    if (configured != nullptr && *configured == '/' && std::strlen(configured) <= kLongestTemporaryDirectory) {
+        if (TryPrivateDirectory(configured, made, refused)) return made;
+    }
+    std::string reason;
+    if (TryPrivateDirectory(kFallbackDirectory, made, reason)) return made;
+    throw TToolError("cannot create a staging directory (" + (refused.empty() ? reason : refused + "; " + reason) +
+                     "): set TMPDIR to a short, writable directory");
 }
 
 }  // namespace
 
-TProviderStaging::TProviderStaging(const std::string& providerDirectory, const std::string& library)
+TProviderStaging::TProviderStaging(const std::string& providerDirectory, const std::string& library,
+                                   const std::set<std::string>& leftOut)
     : fDirectory(MakePrivateDirectory()), fReaped(false) {
     try {
         const std::string libraryName = fs::path(library).filename().string();
@@ -45,7 +64,7 @@ TProviderStaging::TProviderStaging(const std::string& providerDirectory, const s
         for (; entries != fs::directory_iterator(); entries.increment(error)) {
             if (error) throw TToolError("cannot read provider directory " + providerDirectory + ": " + error.message());
             const std::string name = entries->path().filename().string();
-            if (name != libraryName) Link(entries->path().string(), name);
+            if (name != libraryName && leftOut.count(name) == 0) Link(entries->path().string(), name);
         }
     } catch (...) {
         std::error_code ignored;

@@ -11,21 +11,28 @@
 // name, so the library's $ORIGIN (now the staging directory) never needs
 // to hold them. The files the links point at are never touched.
 //
+// The staging directory lies at a short path (in $TMPDIR when that is
+// short and usable, else in /tmp): the library keeps the path it was
+// loaded from in a fixed buffer, so it must never grow long.
+//
 // The directory is removed by a small helper process once this process
 // has ended, however it ends (a crash included): the library and the
 // modules must stay reachable by their paths until the very end, when
 // sanitizers still read them to describe what they report.
-#ifndef ZENTA_TOOL_PROVIDERSTAGING_H
-#define ZENTA_TOOL_PROVIDERSTAGING_H
+#ifndef ZENTA_OPS_PROVIDERSTAGING_H
+#define ZENTA_OPS_PROVIDERSTAGING_H
 
+#include <set>
 #include <string>
 
 class TProviderStaging {
 public:
-    // Mirrors `providerDirectory` and links `library` into the mirror
-    // under its own file name (an entry of that name in the user's
-    // directory is not mirrored).
-    TProviderStaging(const std::string& providerDirectory, const std::string& library);
+    // Mirrors `providerDirectory` but for the entries named in `leftOut`
+    // (modules that would take the host down), and links `library` into
+    // the mirror under its own file name (an entry of that name in the
+    // user's directory is not mirrored).
+    TProviderStaging(const std::string& providerDirectory, const std::string& library,
+                     const std::set<std::string>& leftOut);
     // Removes the directory itself only when no helper could be started.
     ~TProviderStaging();
 

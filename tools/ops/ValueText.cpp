@@ -2,6 +2,7 @@
 
 #include <cctype>
 #include <cerrno>
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <vector>
@@ -17,7 +18,7 @@ namespace {
 typedef TCIMValue::TCIMType TType;
 
 [[noreturn]] void Refuse(const std::string& text, TType type, const std::string& subject) {
-    throw TToolError(subject + ": \"" + text + "\" is not a valid " + type.GetName());
+    throw TToolError(subject + ": \"" + text + "\" is not a valid " + type.GetName(), ECimStatus::kInvalidParameter);
 }
 
 bool EqualsIgnoringCase(const std::string& text, const char* word) {
@@ -46,11 +47,17 @@ bool ReadSigned(const std::string& text, long long minimum, long long maximum, l
     return errno == 0 && *end == '\0' && value >= minimum && value <= maximum;
 }
 
-bool ReadReal(const std::string& text, double& value) {
+// A finite number must fit: 1e39 is no real32 and 1e999 no real64, however
+// C would round them. NaN and the infinities are taken when written as such.
+bool ReadReal(const std::string& text, bool isReal32, double& value) {
     if (text.empty() || std::isspace(static_cast<unsigned char>(text[0]))) return false;
     char* end = nullptr;
+    errno = 0;
     value = std::strtod(text.c_str(), &end);
-    return *end == '\0';
+    if (*end != '\0') return false;
+    const bool overflowed = errno == ERANGE && std::isinf(value);
+    const bool tooLargeForReal32 = isReal32 && std::isfinite(value) && std::fabs(value) > std::numeric_limits<float>::max();
+    return !overflowed && !tooLargeForReal32;
 }
 
 // One UTF-8 character of the basic multilingual plane.
@@ -105,7 +112,7 @@ TCIMValue ScalarFromText(const std::string& text, TType type, const TReferenceRe
         case TType::kReal32:
         case TType::kReal64: {
             double value = 0;
-            if (!ReadReal(text, value)) Refuse(text, type, subject);
+            if (!ReadReal(text, type == TType::kReal32, value)) Refuse(text, type, subject);
             return type == TType::kReal32 ? TCIMValue(static_cast<float>(value)) : TCIMValue(value);
         }
         case TType::kChar16: {
@@ -138,13 +145,23 @@ std::vector<std::string> SplitElements(const std::string& text) {
 
 TCIMValue ValueFromText(const std::string& text, TCIMValue::TCIMType type, bool isArray,
                         const TReferenceReader& readReference, const std::string& subject) {
-    const TType elementType(static_cast<TType::ECIMType>(type & ~TType::kArrayFlag));
-    if (!isArray) return ScalarFromText(text, elementType, readReference, subject);
-    std::vector<TCIMValue> elements;
-    const std::vector<std::string> texts = SplitElements(text);
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        elements.push_back(ScalarFromText(texts[i], elementType, readReference, subject));
+    if (!isArray) {
+        const TType elementType(static_cast<TType::ECIMType>(type & ~TType::kArrayFlag));
+        return ScalarFromText(text, elementType, readReference, subject);
     }
+    return ValueFromItems(SplitElements(text), type, true, readReference, subject);
+}
+
+TCIMValue ValueFromItems(const std::vector<std::string>& items, TCIMValue::TCIMType type, bool isArray,
+                         const TReferenceReader& readReference, const std::string& subject) {
+    const TType elementType(static_cast<TType::ECIMType>(type & ~TType::kArrayFlag));
+    if (!isArray) {
+        if (items.size() != 1) throw TToolError(subject + ": one value expected, not a list", ECimStatus::kInvalidParameter);
+        return ScalarFromText(items.front(), elementType, readReference, subject);
+    }
+    std::vector<TCIMValue> elements;
+    elements.reserve(items.size());
+    for (const std::string& item : items) elements.push_back(ScalarFromText(item, elementType, readReference, subject));
     TCIMValue array;
     array.Set(elementType, static_cast<unsigned int>(elements.size()), elements);
     return array;

@@ -1,10 +1,11 @@
 // CIM values written on the command line, read by the type they are
 // declared with: method arguments and the keys of object paths.
-#ifndef ZENTA_TOOL_VALUETEXT_H
-#define ZENTA_TOOL_VALUETEXT_H
+#ifndef ZENTA_OPS_VALUETEXT_H
+#define ZENTA_OPS_VALUETEXT_H
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "TCIMReference.h"
 #include "TCIMValue.h"
@@ -20,5 +21,10 @@ typedef std::function<NVURZENTA20::TCIMReference(const std::string&)> TReference
 // message of the TToolError thrown on text that does not fit.
 NVURZENTA20::TCIMValue ValueFromText(const std::string& text, NVURZENTA20::TCIMValue::TCIMType type, bool isArray,
                                      const TReferenceReader& readReference, const std::string& subject);
+
+// The same for a value given element by element (as WBEM clients send
+// arrays); a scalar takes exactly one element.
+NVURZENTA20::TCIMValue ValueFromItems(const std::vector<std::string>& items, NVURZENTA20::TCIMValue::TCIMType type,
+                                      bool isArray, const TReferenceReader& readReference, const std::string& subject);
 
 #endif

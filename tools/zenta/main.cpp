@@ -1,8 +1,10 @@
-// zenta: a command-line front end to a ZENTA host. Each run starts the host
-// in-process with its namespace providers and the CMPI provider modules,
-// answers one request and exits.
-#include <csignal>
+// zenta: a command-line front end to a ZENTA host. Each run surveys the
+// provider modules, starts a worker process that hosts them, has it answer
+// one request and prints the answer as it streams in.
+#include <unistd.h>
+
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <functional>
@@ -11,71 +13,92 @@
 
 #include <CLI/CLI.hpp>
 
-#include "HostSession.h"
-#include "Output.h"
-#include "Requests.h"
-#include "TAssertionFailure.h"
-#include "TZENTAException.h"
+#include "Check.h"
+#include "ModuleProbe.h"
+#include "Request.h"
+#include "ServedDirectory.h"
 #include "ToolError.h"
+#include "Worker.h"
 
 namespace {
 
 const int kRequestFailed = 1;
 const int kUsageError = 2;
 
-typedef std::function<TRequestResult(TRequests&)> TRequest;
-
 const char kFooter[] =
     "PATH is CIM object path text: Class.Key=\"text\",Number=3 (quote it for the shell:\n"
     "  zenta gi 'ZENTA_Process.ProcessId=1'). A path without keys names the class.\n"
     "\n"
-    "By default the provider modules (*.cmpi.so with their .reg.xml and .classes.xml)\n"
-    "are those beside libcmpi.nsp.so in <directory of zenta>/../lib. --providers DIR\n"
-    "serves the modules of DIR instead: zenta mirrors DIR in a private temporary\n"
-    "directory of symbolic links, opens libcmpi.nsp.so through a link placed there\n"
-    "(the library looks for modules beside itself); a helper process removes that\n"
-    "directory as soon as zenta has ended, however it ended. DIR itself is only read.\n"
+    "By default the provider modules (*.cmpi.so with their registration and class\n"
+    "documents) are those beside libcmpi.nsp.so in <directory of zenta>/../lib.\n"
+    "--providers DIR serves the modules of DIR instead. Either way each module is\n"
+    "checked in a child process first, and one that cannot be loaded is left out\n"
+    "with a one-line reason. zenta mirrors the directory in a private temporary\n"
+    "directory of symbolic links (under $TMPDIR when that is short, else /tmp) and\n"
+    "opens libcmpi.nsp.so through a link placed there (the library looks for\n"
+    "modules beside itself); a helper process removes that directory as soon as\n"
+    "zenta has ended, however it ended. The directory served is only read.\n"
+    "\n"
+    "The request runs in a worker process: a provider that crashes or hangs\n"
+    "(see --timeout) fails the request with a message naming it.\n"
     "\n"
     "Exit status: 0 answered; 1 the request failed (one line on stderr says what and\n"
     "why); 2 usage error. Log lines go to stderr (or --log-file) at --log-level 0-4\n"
     "(default 1, or ZENTA_LOG_LEVEL; ZENTA_LOG_FILE names a default log file).";
 
-std::string OneLine(std::string text) {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '\n' || text[i] == '\r') text[i] = ' ';
+// Control characters of a user's text must not reach the terminal raw.
+std::string Printable(const std::string& text) {
+    std::string shown;
+    for (const char ch : text) {
+        const unsigned char c = static_cast<unsigned char>(ch);
+        if (c == '\n' || c == '\r' || c == '\t') {
+            shown += ' ';
+        } else if (c < 0x20 || c == 0x7F) {
+            char escaped[8];
+            std::snprintf(escaped, sizeof(escaped), "\\x%02X", c);
+            shown += escaped;
+        } else {
+            shown += ch;
+        }
     }
-    return text;
+    return shown;
 }
 
 int Fail(const std::string& message) {
-    std::fprintf(stderr, "zenta: %s\n", OneLine(message).c_str());
+    std::fprintf(stderr, "zenta: %s\n", Printable(message).c_str());
     return kRequestFailed;
 }
 
-void Print(const std::string& text) {
-    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
-        throw TToolError(std::string("cannot write the answer: ") + std::strerror(errno));
-    }
-}
-
-int Answer(const TSessionOptions& options, bool json, const TRequest& request) {
-    try {
-        THostSession session(options);
-        std::string output;
-        {
-            TRequests requests(session);
-            const TRequestResult result = request(requests);
-            output = json ? RenderJson(result) : RenderText(result);
+class TStandardOutput : public IByteSink {
+public:
+    void Write(const char* data, std::size_t size) override {
+        while (size > 0) {
+            const ssize_t written = write(STDOUT_FILENO, data, size);
+            if (written < 0 && errno == EINTR) continue;
+            if (written < 0) throw TToolError(std::string("cannot write the answer: ") + std::strerror(errno));
+            data += written;
+            size -= static_cast<std::size_t>(written);
         }
-        session.EndRequest();
-        Print(output);
+    }
+};
+
+struct TToolOptions {
+    TServeOptions serve;
+    bool json = false;
+    int timeoutSeconds = 0;
+};
+
+int Answer(const TToolOptions& options, TRequest request) {
+    request.format = options.json ? EFormat::kJson : EFormat::kText;
+    try {
+        TServedDirectory served(options.serve, [](const std::string& line) { Fail(line); });
+        TWorker worker(served.GetWorkerSetup());
+        TStandardOutput out;
+        TOutcome outcome = worker.Start(options.timeoutSeconds);
+        if (outcome.Succeeded()) outcome = worker.Run(request, out, options.timeoutSeconds);
+        worker.Stop();
+        if (!outcome.Succeeded()) return Fail(outcome.Describe(request.Describe(), options.timeoutSeconds));
         return 0;
-    } catch (const TToolError& failure) {
-        return Fail(failure.what());
-    } catch (const NVURZENTA20::TZENTAException& failure) {
-        return Fail(failure.GetStatusCode().TranslateStatusCode() + ": " + failure.GetMessage());
-    } catch (const NVURZENTA20::TAssertionFailure& failure) {
-        return Fail(std::string("internal failure: ") + failure.what());
     } catch (const std::exception& failure) {
         return Fail(failure.what());
     }
@@ -93,9 +116,32 @@ void AddAssociationFilters(CLI::App& command, TAssociationFilter& filter, bool a
     }
 }
 
+void AddPropertyList(CLI::App& command, TRequest& request) {
+    command
+        .add_option_function<std::vector<std::string> >(
+            "--properties",
+            [&request](const std::vector<std::string>& names) {
+                request.hasPropertyList = true;
+                request.propertyList = names;
+            },
+            "only these properties (comma-separated; keys always form the path)")
+        ->delimiter(',')
+        ->type_name("A,B");
+}
+
+// Each verb fills the request and says which request it is.
+struct TVerb {
+    CLI::App* command;
+    EVerb verb;
+};
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    const int worker = RunWorkerIfAsked(argc, argv);
+    if (worker >= 0) return worker;
+    const int probe = RunProbeIfAsked(argc, argv);
+    if (probe >= 0) return probe;
     // A reader that goes away (zenta ... | head) is reported, not fatal.
     std::signal(SIGPIPE, SIG_IGN);
 
@@ -104,71 +150,111 @@ int main(int argc, char** argv) {
     app.fallthrough();
     app.footer(kFooter);
 
-    TSessionOptions options;
-    bool json = false;
-    app.add_flag("--json", json, "print one JSON document instead of MOF-style text");
-    app.add_option("--providers", options.providerDirectory, "serve the provider modules of DIR")
+    TToolOptions options;
+    TRequest request;
+    app.add_flag("--json", options.json, "print one JSON document instead of MOF-style text");
+    app.add_option("--providers", options.serve.providerDirectory, "serve the provider modules of DIR")
         ->check(CLI::ExistingDirectory)
         ->type_name("DIR");
-    app.add_option("--log-level", options.logLevel, "log messages of levels 0 (errors) to N (4: everything)")
+    app.add_option("--log-level", options.serve.logLevel, "log messages of levels 0 (errors) to N (4: everything)")
         ->check(CLI::Range(0, 4))
         ->type_name("N");
-    app.add_option("--log-file", options.logFile, "append log messages to F instead of stderr")->type_name("F");
+    app.add_option("--log-file", options.serve.logFile, "append log messages to F instead of stderr")->type_name("F");
+    app.add_option("--namespace", request.nameSpace, "the namespace asked (the host serves " +
+                                                         options.serve.servedNamespace + ")")
+        ->type_name("NS");
+    app.add_option("--timeout", options.timeoutSeconds, "give up on a provider that has not answered in S seconds")
+        ->check(CLI::PositiveNumber)
+        ->type_name("S");
 
-    std::string className;
-    std::string pathText;
-    std::string methodName;
+    std::vector<TVerb> verbs;
+    const auto verb = [&](const char* name, const char* description, EVerb kind) {
+        CLI::App* command = app.add_subcommand(name, description);
+        verbs.push_back(TVerb{command, kind});
+        return command;
+    };
+
+    verb("providers", "list the providers and the classes they serve", EVerb::kProviders);
+
+    bool deepClasses = false;
+    CLI::App* classes = verb("classes", "list the root classes, or the subclasses of CLASS", EVerb::kClasses);
+    classes->add_flag("--deep", deepClasses, "all levels below, not only the next one");
+    classes->add_option("CLASS", request.className, "the class whose subclasses to list");
+
+    CLI::App* gc = verb("gc", "print the declaration of CLASS as MOF", EVerb::kGetClass);
+    gc->callback([&request] { request.includeQualifiers = true; });
+    gc->add_option("CLASS", request.className, "class name")->required();
+
+    bool shallow = false;
+    CLI::App* ecn = verb("ecn", "list the names of all classes, or of the subclasses of CLASS", EVerb::kEnumerateClassNames);
+    ecn->add_option("CLASS", request.className, "the class whose subclasses to list");
+    ecn->add_flag("--shallow", shallow, "only the next level, not all levels below");
+
+    CLI::App* ei = verb("ei", "enumerate the instances of CLASS and of its subclasses", EVerb::kEnumerateInstances);
+    ei->add_option("CLASS", request.className, "class name")->required();
+    ei->add_flag("--shallow", shallow, "only the properties CLASS declares, not those its subclasses add");
+    AddPropertyList(*ei, request);
+
+    CLI::App* ein = verb("ein", "enumerate the instance paths of CLASS and of its subclasses", EVerb::kEnumerateInstanceNames);
+    ein->add_option("CLASS", request.className, "class name")->required();
+
+    CLI::App* gi = verb("gi", "get the instance PATH names", EVerb::kGetInstance);
+    gi->add_option("PATH", request.path, "instance path")->required();
+    AddPropertyList(*gi, request);
+
     std::vector<std::string> arguments;
-    bool deep = false;
-    TAssociationFilter filter;
-    std::vector<std::pair<CLI::App*, TRequest> > verbs;
+    CLI::App* im = verb("im",
+                        "invoke METHOD on PATH: a class path calls a class method, an instance path the instance's; "
+                        "prints the output parameters",
+                        EVerb::kInvokeMethod);
+    im->add_option("PATH", request.path, "class or instance path")->required();
+    im->add_option("METHOD", request.methodName, "method name")->required();
+    im->add_option("NAME=VALUE", arguments, "input parameters; values are read as the declared type (arrays: a,b,c)");
 
-    CLI::App* providers = app.add_subcommand("providers", "list the providers and the classes they serve");
-    verbs.push_back(std::make_pair(providers, [](TRequests& r) { return r.Providers(); }));
+    CLI::App* ai = verb("ai", "list the instances associated with the instance PATH", EVerb::kAssociators);
+    CLI::App* ain = verb("ain", "list the paths of the instances associated with the instance PATH", EVerb::kAssociatorNames);
+    CLI::App* ri = verb("ri", "list the association instances that refer to the instance PATH", EVerb::kReferences);
+    CLI::App* rin = verb("rin", "list the paths of the association instances that refer to PATH", EVerb::kReferenceNames);
+    for (CLI::App* walk : {ai, ain, ri, rin}) {
+        walk->add_option("PATH", request.path, "instance path")->required();
+        AddAssociationFilters(*walk, request.filter, walk == ai || walk == ain);
+    }
+    AddPropertyList(*ai, request);
+    AddPropertyList(*ri, request);
 
-    CLI::App* classes = app.add_subcommand("classes", "list the root classes, or the subclasses of CLASS");
-    classes->add_flag("--deep", deep, "all levels below, not only the next one");
-    classes->add_option("CLASS", className, "the class whose subclasses to list");
-    verbs.push_back(std::make_pair(classes, [&](TRequests& r) { return r.Classes(className, deep); }));
+    verb("eq", "list the qualifier declarations", EVerb::kEnumerateQualifiers);
+    CLI::App* gq = verb("gq", "print the declaration of the qualifier NAME", EVerb::kGetQualifier);
+    gq->add_option("NAME", request.qualifierName, "qualifier name")->required();
 
-    CLI::App* ei = app.add_subcommand("ei", "enumerate the instances of CLASS and of its subclasses");
-    ei->add_option("CLASS", className, "class name")->required();
-    verbs.push_back(std::make_pair(ei, [&](TRequests& r) { return r.EnumerateInstances(className); }));
-
-    CLI::App* ein = app.add_subcommand("ein", "enumerate the instance paths of CLASS and of its subclasses");
-    ein->add_option("CLASS", className, "class name")->required();
-    verbs.push_back(std::make_pair(ein, [&](TRequests& r) { return r.EnumerateInstanceNames(className); }));
-
-    CLI::App* gi = app.add_subcommand("gi", "get the instance PATH names");
-    gi->add_option("PATH", pathText, "instance path")->required();
-    verbs.push_back(std::make_pair(gi, [&](TRequests& r) { return r.GetInstance(pathText); }));
-
-    CLI::App* im = app.add_subcommand(
-        "im", "invoke METHOD on PATH: a class path calls a class method, an instance path the instance's; "
-              "prints the output parameters");
-    im->add_option("PATH", pathText, "class or instance path")->required();
-    im->add_option("METHOD", methodName, "method name")->required();
-    im->add_option("NAME=VALUE", arguments,
-                   "input parameters; values are read as the declared type (arrays: a,b,c)");
-    verbs.push_back(std::make_pair(im, [&](TRequests& r) { return r.InvokeMethod(pathText, methodName, arguments); }));
-
-    CLI::App* ai = app.add_subcommand("ai", "list the instances associated with the instance PATH");
-    ai->add_option("PATH", pathText, "instance path")->required();
-    AddAssociationFilters(*ai, filter, true);
-    verbs.push_back(std::make_pair(ai, [&](TRequests& r) { return r.Associators(pathText, filter); }));
-
-    CLI::App* ri = app.add_subcommand("ri", "list the association instances that refer to the instance PATH");
-    ri->add_option("PATH", pathText, "instance path")->required();
-    AddAssociationFilters(*ri, filter, false);
-    verbs.push_back(std::make_pair(ri, [&](TRequests& r) { return r.References(pathText, filter); }));
+    std::string checkDirectory;
+    CLI::App* check = app.add_subcommand(
+        "check", "check the provider modules of DIR (default: the directory served) and report every problem");
+    check->add_option("DIR", checkDirectory, "provider directory")->check(CLI::ExistingDirectory);
 
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kUsageError;
     }
-    for (std::size_t i = 0; i < verbs.size(); ++i) {
-        if (verbs[i].first->parsed()) return Answer(options, json, verbs[i].second);
+    if (check->parsed()) {
+        if (!checkDirectory.empty()) options.serve.providerDirectory = checkDirectory;
+        return RunCheck(options.serve, options.timeoutSeconds, options.json);
+    }
+    for (const TVerb& entry : verbs) {
+        if (!entry.command->parsed()) continue;
+        request.verb = entry.verb;
+        request.deep = entry.verb == EVerb::kClasses ? deepClasses : !shallow;
+        for (const std::string& argument : arguments) {
+            const std::size_t equals = argument.find('=');
+            if (equals == std::string::npos || equals == 0) {
+                return Fail("argument \"" + argument + "\" is not NAME=VALUE");
+            }
+            TArgument parsed;
+            parsed.name = argument.substr(0, equals);
+            parsed.text = argument.substr(equals + 1);
+            request.arguments.push_back(parsed);
+        }
+        return Answer(options, request);
     }
     return kUsageError;
 }

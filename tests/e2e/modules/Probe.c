@@ -85,7 +85,7 @@ static CMPIStatus Item_InvokeMethod(CMPIMethodMI* mi, const CMPIContext* ctx, co
                                     CMPIArgs* out) {
     CMPIData arg;
     char reply[128];
-    if (strcmp(method, "Fail") == 0) CMReturn(CMPI_RC_ERR_FAILED);
+    if (strcmp(method, "Fail") == 0) CMReturnWithChars(itemBroker, CMPI_RC_ERR_ACCESS_DENIED, "cannot open the vault");
     if (strcmp(method, "Wait") == 0) {
         arg = CMGetArg(in, "Seconds", NULL);
         sleep(arg.type == CMPI_uint32 ? arg.value.uint32 : 0);

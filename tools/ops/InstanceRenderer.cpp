@@ -1,0 +1,164 @@
+#include "InstanceRenderer.h"
+
+#include <strings.h>
+
+#include "ClassContent.h"
+#include "ICIMProperty.h"
+#include "ICIMPropertyDecl.h"
+#include "TCIMReference.h"
+#include "TZENTAException.h"
+
+using namespace NVURZENTA20;
+
+namespace {
+
+bool SameName(const std::string& a, const std::string& b) { return strcasecmp(a.c_str(), b.c_str()) == 0; }
+
+}  // namespace
+
+struct TInstanceRenderer::TShape {
+    struct TSlot {
+        std::string name;
+        boost::shared_ptr<ICIMPropertyDecl> decl;
+        bool selected;
+    };
+
+    boost::shared_ptr<ICIMClass> cls;  // keeps the class, and so the address the shape is found by
+    std::string className;
+    std::vector<TSlot> slots;         // in declaration order
+    std::vector<std::size_t> keySlots;  // in the class's key order
+
+    std::size_t Find(const std::string& name) const {
+        for (std::size_t i = 0; i < slots.size(); ++i) {
+            if (SameName(slots[i].name, name)) return i;
+        }
+        return slots.size();
+    }
+};
+
+TInstanceRenderer::TInstanceRenderer(IAnswerWriter& writer, const TPropertySelection& selection)
+    : fWriter(writer), fSelection(selection) {}
+
+TInstanceRenderer::~TInstanceRenderer() {}
+
+TInstanceRenderer::TShape& TInstanceRenderer::BuildShape(const boost::shared_ptr<ICIMClass>& cls) {
+    std::unique_ptr<TShape> shape(new TShape);
+    shape->cls = cls;
+    shape->className = cls->GetName(TCIMContext());
+    cls->EnumeratePropertyDecls(
+        [&](boost::shared_ptr<ICIMPropertyDecl> decl) {
+            const std::string name = decl->GetName();
+            bool selected = !fSelection.hasPropertyList || ContainsName(fSelection.propertyList, name);
+            if (selected && !fSelection.deep && fSelection.requestedClass) {
+                selected = static_cast<bool>(fSelection.requestedClass->GetPropertyDecl(name, TCIMContext()));
+            }
+            shape->slots.push_back(TShape::TSlot{name, decl, selected});
+            return true;
+        },
+        TCIMContext());
+    cls->EnumerateKeyNames(
+        [&](const std::string* key) {
+            if (key == nullptr) return true;
+            const std::size_t slot = shape->Find(*key);
+            if (slot == shape->slots.size()) {
+                throw TZENTAException(TZENTAStatusCode::kInvalidProperty,
+                                      "class " + shape->className + " has no key property " + *key);
+            }
+            shape->keySlots.push_back(slot);
+            return true;
+        },
+        TCIMContext());
+    TShape& made = *shape;
+    fShapes.push_back(std::move(shape));
+    return made;
+}
+
+TInstanceRenderer::TShape& TInstanceRenderer::ShapeOf(ICIMInstance& instance) {
+    const boost::shared_ptr<ICIMClass> cls = instance.GetClass(TCIMContext());
+    if (!cls) throw TZENTAException(TZENTAStatusCode::kInvalidClass, "an instance without a class");
+    if (fLastShape != nullptr && fLastShape->cls.get() == cls.get()) return *fLastShape;
+    for (auto& shape : fShapes) {
+        if (shape->cls.get() == cls.get()) return *(fLastShape = shape.get());
+    }
+    fLastShape = &BuildShape(cls);
+    return *fLastShape;
+}
+
+void TInstanceRenderer::ReadValues(ICIMInstance& instance, TShape& shape) {
+    const std::size_t count = shape.slots.size();
+    fValues.resize(count);
+    fPresent.assign(count, false);
+    std::size_t next = 0;
+    instance.EnumerateProperties(
+        [&](boost::shared_ptr<ICIMProperty> property) {
+            const std::string name = property->GetName();
+            // Instances list their properties in declaration order, so the
+            // expected slot almost always matches.
+            std::size_t slot = next < count && shape.slots[next].name == name ? next : shape.Find(name);
+            if (slot < count) {
+                fValues[slot] = property->GetValue();
+                fPresent[slot] = true;
+                next = slot + 1;
+            }
+            return true;
+        },
+        TCIMContext());
+}
+
+void TInstanceRenderer::ReadKeys(ICIMInstance& instance, TShape& shape) {
+    fKeys.resize(shape.keySlots.size());
+    for (std::size_t i = 0; i < shape.keySlots.size(); ++i) {
+        const TShape::TSlot& slot = shape.slots[shape.keySlots[i]];
+        fKeys[i].first = slot.name;
+        const boost::shared_ptr<ICIMProperty> property = instance.GetProperty(slot.name, TCIMContext());
+        fKeys[i].second = property ? property->GetValue() : TCIMValue();
+    }
+}
+
+void TInstanceRenderer::BuildPath(const TShape& shape) {
+    TCIMReference path;
+    path.SetClassName(shape.className);
+    for (const auto& key : fKeys) path.AddKeyValue(key.first, key.second);
+    fPathText = path.GetPath();
+}
+
+void TInstanceRenderer::WriteInstance(ICIMInstance& instance) {
+    TShape& shape = ShapeOf(instance);
+    ReadValues(instance, shape);
+    fKeys.resize(shape.keySlots.size());
+    for (std::size_t i = 0; i < shape.keySlots.size(); ++i) {
+        const std::size_t slot = shape.keySlots[i];
+        fKeys[i].first = shape.slots[slot].name;
+        fKeys[i].second = fPresent[slot] ? fValues[slot] : TCIMValue();
+    }
+    BuildPath(shape);
+    fProperties.clear();
+    for (std::size_t i = 0; i < shape.slots.size(); ++i) {
+        if (!shape.slots[i].selected || !fPresent[i]) continue;
+        TPropertyView view;
+        view.name = &shape.slots[i].name;
+        view.value = &fValues[i];
+        view.decl = shape.slots[i].decl.get();
+        fProperties.push_back(view);
+    }
+    TInstanceView view;
+    view.className = &shape.className;
+    view.path.className = &shape.className;
+    view.path.keys = &fKeys;
+    view.path.text = &fPathText;
+    view.properties = &fProperties;
+    view.includeQualifiers = fSelection.includeQualifiers;
+    view.includeClassOrigin = fSelection.includeClassOrigin;
+    fWriter.Instance(view);
+}
+
+void TInstanceRenderer::WritePath(ICIMInstance& instance) {
+    TShape& shape = ShapeOf(instance);
+    ReadKeys(instance, shape);
+    BuildPath(shape);
+    TPathView view;
+    view.className = &shape.className;
+    view.keys = &fKeys;
+    view.text = &fPathText;
+    fWriter.Path(view);
+}

@@ -1,0 +1,33 @@
+#include "ServedDirectory.h"
+
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const char kCmpiLibrary[] = "libcmpi.nsp.so";
+
+}  // namespace
+
+TServedDirectory::TServedDirectory(const TServeOptions& options, const TReport& report) {
+    const std::string libraries = THostSession::DefaultLibraryDirectory();
+    fDirectory = options.providerDirectory.empty()
+                     ? libraries
+                     : fs::absolute(options.providerDirectory).lexically_normal().string();
+    fSurvey.Run(fDirectory, true);
+    for (const TModuleReport& module : fSurvey.GetModules()) {
+        if (!module.loadable) report(fDirectory + "/" + module.file + ": left out: " + module.problem);
+    }
+    fStaging.reset(new TProviderStaging(fDirectory, libraries + "/" + kCmpiLibrary, fSurvey.GetLeftOut()));
+
+    fSetup.session.stagingDirectory = fStaging->GetDirectory();
+    fSetup.session.providerDirectory = fDirectory;
+    fSetup.session.logLevel = options.logLevel;
+    fSetup.session.logFile = options.logFile;
+    fSetup.providers = fSurvey.BuildIndex();
+    fSetup.servedNamespace = options.servedNamespace;
+    for (const TFinding& finding : fSurvey.GetFindings()) {
+        if (finding.silent) fSetup.warnings.push_back(fDirectory + "/" + finding.Format());
+    }
+}
