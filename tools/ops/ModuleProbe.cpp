@@ -85,6 +85,9 @@ std::size_t ProbeFrom(const std::vector<std::string>& paths, std::size_t first, 
         } else if (word == "fail") {
             std::string reason;
             std::getline(words >> std::ws, reason);
+            // The loader starts its message with the path the caller knows.
+            const std::string prefix = paths[index] + ": ";
+            if (reason.compare(0, prefix.size(), prefix) == 0) reason.erase(0, prefix.size());
             verdicts[index].problem = reason;
             trying = paths.size();
         }

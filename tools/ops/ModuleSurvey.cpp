@@ -115,7 +115,11 @@ std::set<std::string> KindsOf(const TElfFacts& elf, const std::string& provider)
 
 }  // namespace
 
-std::string TFinding::Format() const { return file + ": " + text; }
+std::string TFinding::Format() const { return file.empty() ? text : file + ": " + text; }
+
+std::string TFinding::FormatIn(const std::string& directory) const {
+    return file.empty() ? text : directory + "/" + file + ": " + text;
+}
 
 std::string NearestName(const std::string& name, const std::vector<std::string>& candidates) {
     std::string best;
@@ -180,6 +184,8 @@ void TModuleSurvey::SurveyModule(TModuleReport& module, const boost::shared_ptr<
     module.elf = InspectElf(module.path);
     module.loadable = module.elf.loadable;
     module.problem = module.elf.problem;
+    // What cannot be loaded is reported as such; its documents do not matter.
+    if (!module.loadable) return;
     try {
         module.registrationPath = TOSSpecific::BuildRegistrationPath(module.path, kPluginKind);
         module.classPath = TOSSpecific::BuildSpecificationPath(module.path, kPluginKind);

@@ -194,6 +194,18 @@ void TOperations::CheckProvider(const std::string& subject, const std::string& p
     throw TToolError(message, status);
 }
 
+void TOperations::CallProvider(const std::string& subject, const std::string& provider,
+                               const std::function<void()>& call) {
+    TActivityScope activity(fBoard, provider, ModuleFileOf(provider));
+    try {
+        call();
+    } catch (const TZENTAException& failure) {
+        throw TToolError(subject + ": provider " + provider + ": " + failure.GetStatusCode().TranslateStatusCode() +
+                             ": " + failure.GetMessage(),
+                         ECimStatus::kFailed);
+    }
+}
+
 void TOperations::RequireMiKind(const std::string& className, const std::string& provider, const char* kind,
                                 const char* needed) {
     // A provider the survey did not see is not judged.
@@ -284,10 +296,7 @@ boost::shared_ptr<ICIMInstance> TOperations::RequireInstance(const TCIMReference
     const std::string provider = ProviderOf(*cls);
     RequireMiKind(className, provider, "Instance", "gets");
     boost::shared_ptr<ICIMInstance> instance;
-    {
-        TActivityScope activity(fBoard, provider, ModuleFileOf(provider));
-        instance = fSession.GetNamespace()->GetInstance(path, TCIMContext());
-    }
+    CallProvider(className, provider, [&] { instance = fSession.GetNamespace()->GetInstance(path, TCIMContext()); });
     CheckProvider(className, provider);
     if (!instance) throw TToolError("no instance " + path.GetPath(), ECimStatus::kNotFound);
     return instance;
@@ -405,11 +414,8 @@ void TOperations::EnumerateInstances(const TRequest& request, IAnswerWriter& wri
     for (const auto& cls : served) {
         const std::string provider = ProviderOf(*cls);
         RequireMiKind(cls->GetName(TCIMContext()), provider, "Instance", "enumerations");
-        {
-            // Each served class is asked for its own instances only.
-            TActivityScope activity(fBoard, provider, ModuleFileOf(provider));
-            cls->EnumerateInstances(write, false, TCIMContext());
-        }
+        // Each served class is asked for its own instances only.
+        CallProvider(cls->GetName(TCIMContext()), provider, [&] { cls->EnumerateInstances(write, false, TCIMContext()); });
         CheckProvider(cls->GetName(TCIMContext()), provider);
     }
     writer.End();
@@ -444,14 +450,15 @@ void TOperations::InvokeMethod(const TRequest& request, IAnswerWriter& writer) {
         // A method reaches only a provider that has started, and providers
         // start on their first enumeration or get; what that enumeration
         // says is not the method's business.
-        TActivityScope activity(fBoard, provider, ModuleFileOf(provider));
-        cls->EnumerateInstances([](boost::shared_ptr<ICIMInstance>) { return true; }, false, TCIMContext());
-        fSession.GetLog().Collect();
-        view.returnValue = cls->InvokeMethod(method->GetName(), parameters, TCIMContext());
+        CallProvider(className, provider, [&] {
+            cls->EnumerateInstances([](boost::shared_ptr<ICIMInstance>) { return true; }, false, TCIMContext());
+            fSession.GetLog().Collect();
+            view.returnValue = cls->InvokeMethod(method->GetName(), parameters, TCIMContext());
+        });
     } else {
         boost::shared_ptr<ICIMInstance> instance = RequireInstance(path);
-        TActivityScope activity(fBoard, provider, ModuleFileOf(provider));
-        view.returnValue = instance->InvokeMethod(method->GetName(), parameters, TCIMContext());
+        CallProvider(className, provider,
+                     [&] { view.returnValue = instance->InvokeMethod(method->GetName(), parameters, TCIMContext()); });
     }
     CheckProvider(className, provider, method->GetName());
     view.outParameters.assign(parameters.begin(), parameters.end());

@@ -7,6 +7,7 @@
 #ifndef ZENTA_OPS_OPERATIONS_H
 #define ZENTA_OPS_OPERATIONS_H
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -64,6 +65,10 @@ private:
     std::string ModuleFileOf(const std::string& provider) const;
     // What to call the provider's module in messages: " (module M)" or "".
     std::string ModuleOf(const std::string& provider) const;
+    // Runs `call`, a call into `provider`, marked on the activity board; a
+    // host failure on the way (the host refusing a property the provider
+    // set, say) becomes the provider's failure.
+    void CallProvider(const std::string& subject, const std::string& provider, const std::function<void()>& call);
     // Throws when the log shows that `provider` (or, for a method call,
     // `method`) failed since the last look.
     void CheckProvider(const std::string& subject, const std::string& provider, const std::string& method = "");

@@ -106,6 +106,15 @@ void Answer(TOperations& operations, const TRequest& request, TChannel& channel,
     channel.Send(EFrame::kFailed, FailurePayload(status, message));
 }
 
+// What discovery passed over in silence, one warning line each.
+void LogWarnings(const TWorkerSetup& setup, THostSession& session) {
+    const boost::shared_ptr<ICoreLogger> logger = TRootObject::GetCoreLogger();
+    for (const std::string& warning : setup.warnings) logger->Log(ICoreLogger::kWarning, warning);
+    for (const TFinding& finding : CheckClaims(setup.claims, *session.GetManager(), setup.providers)) {
+        if (finding.silent) logger->Log(ICoreLogger::kWarning, finding.FormatIn(setup.directory));
+    }
+}
+
 int WorkerMain(int channelDescriptor, int boardDescriptor) {
     // Writing to a caller that went away is an error to report, not a signal.
     std::signal(SIGPIPE, SIG_IGN);
@@ -127,7 +136,7 @@ int WorkerMain(int channelDescriptor, int boardDescriptor) {
         channel.Send(EFrame::kFailed, FailurePayload(ECimStatus::kFailed, failure.what()));
         return 0;
     }
-    for (const std::string& warning : setup.warnings) TRootObject::GetCoreLogger()->Log(ICoreLogger::kWarning, warning);
+    LogWarnings(setup, *session);
     session->GetLog().Collect();
     if (!channel.Send(EFrame::kReady, "")) return 0;
 
@@ -156,6 +165,8 @@ std::string TWorkerSetup::Serialize() const {
                          {"logFile", session.logFile},
                          {"providers", providers.Serialize()},
                          {"warnings", warnings},
+                         {"claims", ClaimsToJson(claims)},
+                         {"directory", directory},
                          {"servedNamespace", servedNamespace}};
     return object.dump(-1, ' ', false, json::error_handler_t::replace);
 }
@@ -169,6 +180,8 @@ TWorkerSetup TWorkerSetup::Deserialize(const std::string& text) {
     setup.session.logFile = object.at("logFile").get<std::string>();
     setup.providers = TProviderIndex::Deserialize(object.at("providers").get<std::string>());
     setup.warnings = object.at("warnings").get<std::vector<std::string> >();
+    setup.claims = ClaimsFromJson(object.at("claims").get<std::string>());
+    setup.directory = object.at("directory").get<std::string>();
     setup.servedNamespace = object.at("servedNamespace").get<std::string>();
     return setup;
 }

@@ -15,6 +15,7 @@
 #include "ActivityBoard.h"
 #include "Answer.h"
 #include "Channel.h"
+#include "ClassFindings.h"
 #include "CimStatus.h"
 #include "HostSession.h"
 #include "ProviderIndex.h"
@@ -27,6 +28,10 @@ struct TWorkerSetup {
     // Lines the host logs as warnings once it runs (registration mistakes
     // that the library passes over in silence).
     std::vector<std::string> warnings;
+    // The classes the registrations name, checked against the host's own
+    // classes once it runs; what is wrong is logged as warnings too.
+    std::vector<TClassClaim> claims;
+    std::string directory;  // the directory served, to name files in warnings
     std::string servedNamespace = "root/cimv2";
 
     std::string Serialize() const;
