@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::vector<std::string> ChildEnvironment(const std::string& temporaryDirectory) {
+std::vector<std::string> ChildEnvironment(const std::string& temporaryDirectory, const std::vector<std::string>& extra) {
     std::vector<std::string> environment;
     for (char** entry = environ; *entry != nullptr; ++entry) {
         const std::string entryText = *entry;
@@ -27,6 +27,7 @@ std::vector<std::string> ChildEnvironment(const std::string& temporaryDirectory)
         if (entryText.rfind("ZENTA_LOG_", 0) != 0 && !replaced) environment.push_back(entryText);
     }
     if (!temporaryDirectory.empty()) environment.push_back("TMPDIR=" + temporaryDirectory);
+    environment.insert(environment.end(), extra.begin(), extra.end());
     return environment;
 }
 
@@ -39,10 +40,10 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
 
 // Spawns zenta with the file `actions` that route its output; -1 if it fails.
 pid_t Spawn(const std::vector<std::string>& arguments, const std::string& temporaryDirectory,
-            posix_spawn_file_actions_t& actions) {
+            posix_spawn_file_actions_t& actions, const std::vector<std::string>& extra = {}) {
     std::vector<std::string> argv(1, ZENTA_TOOL);
     argv.insert(argv.end(), arguments.begin(), arguments.end());
-    std::vector<std::string> environment = ChildEnvironment(temporaryDirectory);
+    std::vector<std::string> environment = ChildEnvironment(temporaryDirectory, extra);
     std::vector<char*> argvPointers = Pointers(argv);
     std::vector<char*> environmentPointers = Pointers(environment);
     pid_t child = 0;
@@ -80,7 +81,8 @@ pid_t StartZenta(const std::vector<std::string>& arguments, const std::string& t
 }
 
 // Standard output goes to a file, standard error through a pipe (see Drain).
-TZentaRun RunZenta(const std::vector<std::string>& arguments, const std::string& temporaryDirectory) {
+TZentaRun RunZenta(const std::vector<std::string>& arguments, const std::string& temporaryDirectory,
+                   const std::vector<std::string>& environment) {
     const TScratchDirectory capture;
     const std::string out = capture.Path() + "/out";
     int errPipe[2];
@@ -89,7 +91,7 @@ TZentaRun RunZenta(const std::vector<std::string>& arguments, const std::string&
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     posix_spawn_file_actions_adddup2(&actions, errPipe[1], 2);
-    const pid_t child = Spawn(arguments, temporaryDirectory, actions);
+    const pid_t child = Spawn(arguments, temporaryDirectory, actions, environment);
     close(errPipe[1]);
     TZentaRun run;
     run.err = Drain(errPipe[0]);

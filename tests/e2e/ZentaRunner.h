@@ -18,8 +18,10 @@ struct TZentaRun {
 };
 
 // Runs zenta with `arguments`, without the caller's ZENTA_LOG_* settings
-// and with TMPDIR set to `temporaryDirectory` when that is not empty.
-TZentaRun RunZenta(const std::vector<std::string>& arguments, const std::string& temporaryDirectory = "");
+// and with TMPDIR set to `temporaryDirectory` when that is not empty;
+// `environment` ("NAME=VALUE") comes on top.
+TZentaRun RunZenta(const std::vector<std::string>& arguments, const std::string& temporaryDirectory = "",
+                   const std::vector<std::string>& environment = {});
 
 // Starts zenta as RunZenta does, output thrown away; the caller waits for it.
 pid_t StartZenta(const std::vector<std::string>& arguments, const std::string& temporaryDirectory);

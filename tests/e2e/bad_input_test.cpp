@@ -1,5 +1,7 @@
 // Bad input never crashes zenta: requests that cannot be answered exit 1
 // with one line on stderr that says what and why; usage errors exit 2.
+#include <sys/stat.h>
+
 #include <string>
 #include <vector>
 
@@ -103,4 +105,25 @@ TEST(BadInput, HelpExitsZeroAndOptionsMayFollowTheVerb) {
     const TZentaRun late = RunZenta({"ein", "ZENTA_Dog", "--json"});
     EXPECT_EQ(late.status, 0) << late.err;
     EXPECT_EQ(late.Json().at("paths").size(), 2u);
+}
+
+// The library keeps the path it was loaded from in 512 bytes: a long
+// temporary directory must never become that path, and an unusable one,
+// or a stale log file setting, must not stop a request.
+TEST(BadInput, TemporaryDirectoryAndLogFileSettingsNeverStopARequest) {
+    TScratchDirectory scratch;
+    std::string longDirectory = scratch.Path();
+    while (longDirectory.size() < 700) {
+        longDirectory += "/" + std::string(100, 'd');
+        ASSERT_EQ(mkdir(longDirectory.c_str(), 0700), 0);
+    }
+    for (const std::string& temporary : {longDirectory, std::string("/nonexistent/zenta")}) {
+        const TZentaRun run = RunZenta({"ein", "ZENTA_Dog"}, temporary);
+        EXPECT_EQ(run.status, 0) << temporary << "\n" << run.err;
+        EXPECT_EQ(run.out, "ZENTA_Dog.Name=\"Rex\"\nZENTA_Dog.Name=\"Fido\"\n") << run.err;
+    }
+    const TZentaRun stale = RunZenta({"ein", "ZENTA_Dog"}, "", {"ZENTA_LOG_FILE=/nonexistent/zenta.log"});
+    EXPECT_EQ(stale.status, 0);
+    EXPECT_NE(stale.err.find("zenta: cannot open log file /nonexistent/zenta.log (ZENTA_LOG_FILE)"), std::string::npos)
+        << stale.err;
 }
