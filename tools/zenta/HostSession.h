@@ -36,7 +36,8 @@ public:
     // request ran. Call it once the answer has been copied out.
     void EndRequest();
 
-    // <directory of the running executable>/../lib
+    // The directory of the libzentacore.so this process runs on: build/lib
+    // in a build tree, <prefix>/lib/zenta once installed.
     static std::string DefaultLibraryDirectory();
 
 private:

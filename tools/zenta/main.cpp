@@ -17,6 +17,7 @@
 #include "TAssertionFailure.h"
 #include "TZENTAException.h"
 #include "ToolError.h"
+#include "ZentaVersion.h"
 
 namespace {
 
@@ -26,11 +27,12 @@ const int kUsageError = 2;
 typedef std::function<TRequestResult(TRequests&)> TRequest;
 
 const char kFooter[] =
-    "PATH is CIM object path text: Class.Key=\"text\",Number=3 (quote it for the shell:\n"
-    "  zenta gi 'ZENTA_Process.ProcessId=1'). A path without keys names the class.\n"
+    "PATH is CIM object path text: Class.Key=\"text\",Number=3, quoted for the shell\n"
+    "as in zenta gi 'ZENTA_Process.ProcessId=1'. A path without keys names the class.\n"
     "\n"
-    "By default the provider modules (*.cmpi.so with their .reg.xml and .classes.xml)\n"
-    "are those beside libcmpi.nsp.so in <directory of zenta>/../lib. --providers DIR\n"
+    "By default the provider modules (*.cmpi.so with their .reg and .classes documents)\n"
+    "are those beside libcmpi.nsp.so in the directory of zenta's libraries\n"
+    "(<directory of zenta>/../lib/zenta once installed). --providers DIR\n"
     "serves the modules of DIR instead: zenta mirrors DIR in a private temporary\n"
     "directory of symbolic links, opens libcmpi.nsp.so through a link placed there\n"
     "(the library looks for modules beside itself); a helper process removes that\n"
@@ -102,6 +104,7 @@ int main(int argc, char** argv) {
     CLI::App app("zenta: ask the CMPI providers of a ZENTA host", "zenta");
     app.require_subcommand(1);
     app.fallthrough();
+    app.set_version_flag("--version", "zenta " ZENTA_VERSION);
     app.footer(kFooter);
 
     TSessionOptions options;
