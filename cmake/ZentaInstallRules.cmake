@@ -15,6 +15,7 @@ install(DIRECTORY include/host/ DESTINATION ${ZENTA_INSTALL_INCLUDEDIR}/zenta/ho
 
 # pkg-config: zenta-cmpi.pc.
 file(RELATIVE_PATH ZENTA_PC_TO_PREFIX /prefix/${ZENTA_INSTALL_PKGCONFIGDIR} /prefix)
+string(REGEX REPLACE "/$" "" ZENTA_PC_TO_PREFIX "${ZENTA_PC_TO_PREFIX}")
 configure_file(cmake/zenta-cmpi.pc.in ${CMAKE_BINARY_DIR}/generated/zenta-cmpi.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/generated/zenta-cmpi.pc DESTINATION ${ZENTA_INSTALL_PKGCONFIGDIR})
 
