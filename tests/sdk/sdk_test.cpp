@@ -160,6 +160,22 @@ TEST_F(InstalledSdk, ReadmeProviderBuiltWithTheCMakePackageIsServedFromItsBuildA
     BuildAndServe("cmake", {ExampleDirectory() + "/build", Prefix() + "/" + kInstalledLibraries});
 }
 
+// A document under a name the library never looks for is refused when the
+// user's project is configured, naming the file and the names expected.
+TEST_F(InstalledSdk, AddProviderRefusesADocumentTheLibraryWouldNotFind) {
+    WriteExampleFiles({"Hello.c", "Hello.classes.mof"});
+    WriteFile(ExampleDirectory() + "/Hello-registration.mof", "");
+    WriteFile(ExampleDirectory() + "/CMakeLists.txt",
+              "cmake_minimum_required(VERSION 3.16)\nproject(Hello C)\nfind_package(ZentaCMPI REQUIRED)\n"
+              "zenta_add_provider(Hello SOURCES Hello.c DOCUMENTS Hello-registration.mof Hello.classes.mof)\n");
+    const TCommandRun configure = RunCommand(
+        {ZENTA_CMAKE, "-S", ExampleDirectory(), "-B", ExampleDirectory() + "/build", "-DCMAKE_PREFIX_PATH=" + Prefix()},
+        fEnvironment);
+    EXPECT_NE(configure.status, 0);
+    EXPECT_NE(configure.err.find("Hello-registration.mof must be named"), std::string::npos) << configure.err;
+    EXPECT_NE(configure.err.find("Hello.reg.mof"), std::string::npos) << configure.err;
+}
+
 // Whatever the build puts beside the libraries (modules, documents of any
 // format, the standard documents) is installed beside them, unchanged.
 TEST_F(InstalledSdk, InstallsEveryFileOfTheBuildLibraryDirectory) {
