@@ -190,6 +190,20 @@ private:
     const TAliases* fAliases;
 };
 
+// A single value written where an array is declared, as the array of that
+// one element: MOF registrations and qualifiers often write it so.
+TRawValue OneElementArrayIfNeeded(const TRawValue& value, bool isArray) {
+    if (!isArray || value.kind == TRawValue::kArray || value.kind == TRawValue::kAbsent ||
+        value.kind == TRawValue::kNull) {
+        return value;
+    }
+    TRawValue array;
+    array.kind = TRawValue::kArray;
+    array.at = value.at;
+    array.elements.push_back(value);
+    return array;
+}
+
 // --- qualifier declarations ----------------------------------------------
 
 // A qualifier declaration the document introduces. Its qualifiers are
@@ -467,17 +481,7 @@ private:
         const std::string what = "qualifier " + plan.name;
         // A boolean qualifier written without a value means TRUE.
         if (plan.value.kind == TRawValue::kAbsent && type == T::kBoolean && !decl.IsArray()) return TCIMValue(true);
-        // MOF often gives one value to an array qualifier: it is the array's
-        // only element.
-        if (decl.IsArray() && plan.value.kind != TRawValue::kArray && plan.value.kind != TRawValue::kAbsent &&
-            plan.value.kind != TRawValue::kNull && plan.value.kind != TRawValue::kText) {
-            TRawValue array;
-            array.kind = TRawValue::kArray;
-            array.at = plan.value.at;
-            array.elements.push_back(plan.value);
-            return fValues.Resolve(array, type, true, what);
-        }
-        return fValues.Resolve(plan.value, type, decl.IsArray(), what);
+        return fValues.Resolve(OneElementArrayIfNeeded(plan.value, decl.IsArray()), type, decl.IsArray(), what);
     }
 
     TResolvedFeature ResolveFeature(const TFeaturePlan& plan, const std::string& owner) const {
@@ -736,12 +740,16 @@ private:
         if (!decl) FailAt(property.at, "class " + className + " has no property " + property.name);
         const std::string what = "property " + className + "." + property.name;
         const bool isReference = decl->GetType() == T::kReference;
+        // A single value given to an array property is its only element
+        // (registrations often write Namespaces = "root/cimv2"), but an array
+        // is never given to a single-valued one.
         if (property.hasForm &&
-            (property.isReference != isReference || (!isReference && property.isArray != decl->IsArray()) ||
+            (property.isReference != isReference || (!isReference && property.isArray && !decl->IsArray()) ||
              (property.type != T::kNone && property.type != decl->GetType()))) {
             FailAt(property.at, what + " is declared " + TypeText(decl->GetType(), decl->IsArray()));
         }
-        const TCIMValue value = fValues.Resolve(property.value, decl->GetType(), decl->IsArray(), what);
+        const TCIMValue value = fValues.Resolve(OneElementArrayIfNeeded(property.value, decl->IsArray()), decl->GetType(),
+                                                decl->IsArray(), what);
         try {
             instance.SetPropertyValue(property.name, value, TCIMContext());
         } catch (const TZENTAException& e) {

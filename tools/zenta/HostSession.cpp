@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "INamespaceProvider.h"
+#include "TNamespacePopulator.h"
 #include "TRootObject.h"
 #include "ToolError.h"
 
@@ -60,6 +61,7 @@ THostSession::THostSession(const TSessionOptions& options)
     }
 
     fRepository = RegisteredProvider(kRepositoryProvider, kInmemLibrary)->AllocateNamespace(TCIMContext(), true);
+    TNamespacePopulator::PopulateFromSchemaDirectories(fRepository, options.schemaDirectories);
     fManager = TNamespaceManager::Create(fRepository);
     fUpcall = fManager;
     AllocateCmpiNamespace();
