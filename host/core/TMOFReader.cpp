@@ -77,7 +77,7 @@ struct string_part : if_must<one<'"'>, string_rest> {};
 struct string_begin : at<one<'"'> > {};
 struct string_value : seq<string_begin, string_part, star<sp, string_part> > {};
 struct char_end : one<'\''> {};
-struct char_body : sor<escape, not_one<'\'', '\\'> > {};
+struct char_body : sor<escape, utf8::not_one<'\'', '\\'> > {};
 struct char_value : if_must<one<'\''>, char_body, char_end> {};
 struct true_value : k_true {};
 struct false_value : k_false {};
@@ -188,7 +188,7 @@ struct qualified_declaration : sor<class_decl, instance_decl> {};
 struct qualified_production : sor<if_must<at<one<'['> >, qualifier_list, sp, qualified_declaration>, qualified_declaration> {};
 struct production : sor<pragma, qualifier_decl, qualified_production> {};
 struct document_end : eof {};
-struct document : seq<sp, star<production, sp>, document_end> {};
+struct document : seq<sp, star<production, sp>, must<document_end> > {};
 
 }  // namespace grammar
 
