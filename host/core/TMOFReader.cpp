@@ -236,8 +236,6 @@ ZENTA_MOF_EXPECTED(document_end, "expected a class, an instance, a qualifier dec
 ZENTA_MOF_EXPECTED(escape_code, "unknown escape sequence")
 ZENTA_MOF_EXPECTED(scopes, "expected a scope (class, association, indication, property, reference, method, "
                                   "parameter, any)")
-ZENTA_MOF_EXPECTED(k_scope, "expected Scope(...)")
-ZENTA_MOF_EXPECTED(k_flavor, "expected Flavor(...)")
 #undef ZENTA_MOF_EXPECTED
 
 template <class Rule>
