@@ -46,7 +46,7 @@ std::vector<std::string> GetStandardDocumentPaths() {
 void LoadStandardDocuments(boost::shared_ptr<ICIMNamespace> ns) {
     for (const auto& path : GetStandardDocumentPaths()) {
         if (!IsFile(path)) throw TZENTAException(TZENTAStatusCode::kIOError, "standard document " + path + " is missing");
-        TNamespacePopulator::PopulateFromXMLFile(ns, path);
+        TNamespacePopulator::PopulateFromSharedFile(ns, path);
     }
 }
 

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "INamespaceProvider.h"
+#include "TNamespacePopulator.h"
 #include "TRootObject.h"
 #include "ToolError.h"
 
@@ -72,6 +73,7 @@ THostSession::THostSession(const TSessionOptions& options)
     }
 
     fRepository = RegisteredProvider(kRepositoryProvider, kInmemLibrary)->AllocateNamespace(TCIMContext(), true);
+    TNamespacePopulator::PopulateFromSchemaDirectories(fRepository, options.schemaDirectories);
     fManager = TNamespaceManager::Create(fRepository);
     fUpcall = fManager;
     AllocateCmpiNamespace();

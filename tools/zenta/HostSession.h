@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <boost/shared_ptr.hpp>
 
@@ -20,6 +21,8 @@ struct TSessionOptions {
     std::string providerDirectory;  // empty: the modules beside the tool's libraries
     int logLevel = -1;              // < 0: ZENTA_LOG_LEVEL or the logger's default
     std::string logFile;            // empty: ZENTA_LOG_FILE or stderr
+    // Schema directories read into the repository before the modules.
+    std::vector<std::string> schemaDirectories;
 };
 
 class THostSession {

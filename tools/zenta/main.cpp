@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <string>
@@ -30,9 +31,9 @@ const char kFooter[] =
     "PATH is CIM object path text: Class.Key=\"text\",Number=3, quoted for the shell\n"
     "as in zenta gi 'ZENTA_Process.ProcessId=1'. A path without keys names the class.\n"
     "\n"
-    "By default the provider modules (*.cmpi.so with their .reg and .classes documents)\n"
-    "are those beside libcmpi.nsp.so in the directory of zenta's libraries\n"
-    "(<directory of zenta>/../lib/zenta once installed). --providers DIR\n"
+    "By default the provider modules (*.cmpi.so with their .reg and .classes documents,\n"
+    "in .xml or .mof) are those beside libcmpi.nsp.so in the directory of zenta's\n"
+    "libraries (<directory of zenta>/../lib/zenta once installed). --providers DIR\n"
     "serves the modules of DIR instead: zenta mirrors DIR in a private temporary\n"
     "directory of symbolic links, opens libcmpi.nsp.so through a link placed there\n"
     "(the library looks for modules beside itself); a helper process removes that\n"
@@ -83,6 +84,20 @@ int Answer(const TSessionOptions& options, bool json, const TRequest& request) {
     }
 }
 
+// ZENTA_SCHEMA_PATH: directories separated by ":"; empty entries are skipped.
+std::vector<std::string> SchemaPathFromEnvironment() {
+    std::vector<std::string> directories;
+    const char* path = std::getenv("ZENTA_SCHEMA_PATH");
+    std::string rest = path != nullptr ? path : "";
+    while (!rest.empty()) {
+        const std::string::size_type colon = rest.find(':');
+        const std::string entry = rest.substr(0, colon);
+        if (!entry.empty()) directories.push_back(entry);
+        rest = colon == std::string::npos ? std::string() : rest.substr(colon + 1);
+    }
+    return directories;
+}
+
 void AddAssociationFilters(CLI::App& command, TAssociationFilter& filter, bool associators) {
     if (associators) {
         command.add_option("--assoc-class", filter.assocClass, "only through associations of this class");
@@ -117,6 +132,11 @@ int main(int argc, char** argv) {
         ->check(CLI::Range(0, 4))
         ->type_name("N");
     app.add_option("--log-file", options.logFile, "append log messages to F instead of stderr")->type_name("F");
+    app.add_option("--schema", options.schemaDirectories,
+                   "read the class documents (*.mof, *.xml) of DIR before the modules; repeatable "
+                   "(default: ZENTA_SCHEMA_PATH, directories separated by :)")
+        ->check(CLI::ExistingDirectory)
+        ->type_name("DIR");
 
     std::string className;
     std::string pathText;
@@ -170,6 +190,7 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kUsageError;
     }
+    if (options.schemaDirectories.empty()) options.schemaDirectories = SchemaPathFromEnvironment();
     for (std::size_t i = 0; i < verbs.size(); ++i) {
         if (verbs[i].first->parsed()) return Answer(options, json, verbs[i].second);
     }
