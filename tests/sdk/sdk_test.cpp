@@ -113,21 +113,10 @@ protected:
             ASSERT_TRUE(fs::exists(directory + "/Hello.cmpi.so")) << directory;
             ASSERT_TRUE(fs::exists(directory + "/Hello.reg.mof")) << directory;
             ASSERT_TRUE(fs::exists(directory + "/Hello.classes.mof")) << directory;
-            if (!ZENTA_READS_MOF) AddCimXmlDocuments(directory);
         }
         const TCommandRun queries = Shell(Block("run: " + way));
         EXPECT_EQ(queries.status, 0) << queries.Describe();
         EXPECT_EQ(queries.out, Block("output: " + way)) << queries.err;
-    }
-
-    // Until the host reads MOF documents, the module is served with the
-    // same documents in CIM-XML; the build, the module and the commands are
-    // still the README's.
-    static void AddCimXmlDocuments(const std::string& directory) {
-        for (const char* name : {"Hello.reg.xml", "Hello.classes.xml"}) {
-            fs::copy_file(std::string(ZENTA_SDK_TEST_DIR "/xml/") + name, directory + "/" + name,
-                          fs::copy_options::overwrite_existing);
-        }
     }
 
     // The installed tree is 32-bit: the user's compiler must build for it.
