@@ -48,10 +48,22 @@ function(zenta_add_provider name)
   target_link_options(${name} PRIVATE -Wl,--no-undefined)
 
   # Copied at configure time: CMake configures again when a document
-  # changes, so the copy beside the module never goes stale.
+  # changes, so the copy beside the module never goes stale. A copy in the
+  # other format, left by an earlier configuration, goes: the library
+  # refuses a module with documents in both.
   foreach(document ${documents})
     get_filename_component(document_name ${document} NAME)
+    get_filename_component(document_directory ${document} DIRECTORY)
     configure_file(${document} ${directory}/${document_name} COPYONLY)
+    get_filename_component(stem ${document} NAME_WLE)
+    get_filename_component(format ${document} LAST_EXT)
+    set(other_format .mof)
+    if(format STREQUAL ".mof")
+      set(other_format .xml)
+    endif()
+    if(NOT document_directory STREQUAL directory)
+      file(REMOVE ${directory}/${stem}${other_format})
+    endif()
   endforeach()
 endfunction()
 
