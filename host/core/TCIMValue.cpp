@@ -403,10 +403,12 @@ TCIMValue::operator unsigned long long() const { return ReadInteger<unsigned lon
 TCIMValue::operator float() const { return ReadReal<float>("float"); }
 TCIMValue::operator double() const { return ReadReal<double>("double"); }
 
+// An array reads as its text form, the elements joined with ",": code that
+// reads a property as a string (the CMPI library reads registrations so)
+// gets a one-element array's element itself.
 TCIMValue::operator std::string() const {
     if (fIsNull) return std::string();
-    if (fIsArray) ThrowMismatch("string");
-    if (fType == TType::kString) return fText;
+    if (fType == TType::kString && !fIsArray) return fText;
     return ToString(10);
 }
 

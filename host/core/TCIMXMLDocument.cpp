@@ -1,23 +1,14 @@
 #include "TCIMXMLDocument.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cctype>
-#include <fstream>
 #include <set>
-#include <sstream>
 
 #include "TZENTAException.h"
 
 namespace NVURZENTA20 {
 
 namespace {
-
-bool FileExists(const std::string& path) {
-    struct stat info;
-    return ::stat(path.c_str(), &info) == 0;
-}
 
 std::string Lower(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),
@@ -29,7 +20,7 @@ bool IsOneOf(const std::string& name, const std::set<std::string>& names) {
     return names.count(name) != 0;
 }
 
-// Elements that only wrap the items (and their paths, which the populator
+// Elements that only wrap the items (and their paths, which the reader
 // does not need: classes and instances carry their own names).
 const std::set<std::string> kContainers = {
     "DECLARATION",       "DECLGROUP",        "DECLGROUP.WITHNAME",        "DECLGROUP.WITHPATH",
@@ -40,45 +31,39 @@ const std::set<std::string> kPaths = {"LOCALNAMESPACEPATH", "NAMESPACEPATH", "IN
 
 }  // namespace
 
-bool TCIMXMLDocument::Load() {
-    if (!FileExists(fPath)) return false;
-    std::ifstream in(fPath.c_str(), std::ios::binary);
-    std::ostringstream content;
-    content << in.rdbuf();
-    if (!in) FailAtOffset(-1, "the file cannot be read");
-    fText = content.str();
+TCIMXMLDocument::TCIMXMLDocument(const std::string& path, const TDocumentLimits& limits)
+    : fPath(std::make_shared<const std::string>(path)), fLimits(limits) {}
+
+void TCIMXMLDocument::Parse(std::string text) {
+    fText.swap(text);
+    fNewlines.clear();
     for (std::size_t i = 0; i < fText.size(); ++i) {
         if (fText[i] == '\n') fNewlines.push_back(i);
     }
     pugi::xml_parse_result result = fDocument.load_buffer(fText.data(), fText.size(),
                                                           pugi::parse_default | pugi::parse_ws_pcdata_single);
-    if (!result) FailAtOffset(result.offset, std::string("malformed XML: ") + result.description());
+    if (!result) FailAt(LocationAt(result.offset), std::string("malformed XML: ") + result.description());
     if (!IsElement(GetRoot(), "CIM")) Fail(GetRoot(), "the document element is not CIM");
-    return true;
 }
 
-int TCIMXMLDocument::LineOf(pugi::xml_node node) const {
-    const std::ptrdiff_t offset = node.offset_debug();
-    if (offset < 0) return 0;
-    return 1 + static_cast<int>(std::lower_bound(fNewlines.begin(), fNewlines.end(), static_cast<std::size_t>(offset)) -
-                                fNewlines.begin());
+TSourceLocation TCIMXMLDocument::LocationAt(std::ptrdiff_t offset) const {
+    TSourceLocation at;
+    at.file = fPath;
+    if (offset < 0) return at;
+    const std::size_t byte = static_cast<std::size_t>(offset);
+    const auto next = std::lower_bound(fNewlines.begin(), fNewlines.end(), byte);
+    at.line = 1 + static_cast<int>(next - fNewlines.begin());
+    const std::size_t lineStart = next == fNewlines.begin() ? 0 : *(next - 1) + 1;
+    at.column = 1 + static_cast<int>(byte - lineStart);
+    return at;
 }
 
-void TCIMXMLDocument::FailAtOffset(std::ptrdiff_t offset, const std::string& reason) const {
-    std::ostringstream message;
-    message << fPath << ":";
-    if (offset >= 0) {
-        message << 1 + (std::lower_bound(fNewlines.begin(), fNewlines.end(), static_cast<std::size_t>(offset)) -
-                        fNewlines.begin());
-    } else {
-        message << 0;
-    }
-    message << ": " << reason;
-    throw TZENTAException(TZENTAStatusCode::kInvalidDocument, message.str());
+TSourceLocation TCIMXMLDocument::LocationOf(pugi::xml_node node) const {
+    return LocationAt(node ? node.offset_debug() : -1);
 }
 
 void TCIMXMLDocument::Fail(pugi::xml_node at, const std::string& reason) const {
-    FailAtOffset(at ? at.offset_debug() : -1, reason);
+    FailAt(LocationOf(at), reason);
 }
 
 std::string TCIMXMLDocument::RequireAttribute(pugi::xml_node node, const char* name) const {
@@ -109,11 +94,14 @@ TCIMValue::TCIMType TCIMXMLDocument::TypeAttribute(pugi::xml_node node, const ch
 
 TCIMXMLDocument::TItems TCIMXMLDocument::CollectItems() const {
     TItems items;
-    Collect(GetRoot(), items);
+    Collect(GetRoot(), items, 0);
     return items;
 }
 
-void TCIMXMLDocument::Collect(pugi::xml_node container, TItems& items) const {
+void TCIMXMLDocument::Collect(pugi::xml_node container, TItems& items, int depth) const {
+    if (depth > fLimits.maxNesting) {
+        Fail(container, "wrappers are nested more than " + std::to_string(fLimits.maxNesting) + " deep");
+    }
     for (pugi::xml_node child = container.first_child(); child; child = child.next_sibling()) {
         if (child.type() != pugi::node_element) continue;
         const std::string name = child.name();
@@ -124,7 +112,7 @@ void TCIMXMLDocument::Collect(pugi::xml_node container, TItems& items) const {
         } else if (name == "INSTANCE") {
             items.instances.push_back(child);
         } else if (IsOneOf(name, kContainers)) {
-            Collect(child, items);
+            Collect(child, items, depth + 1);
         } else if (!IsOneOf(name, kPaths)) {
             Fail(child, "unknown element " + name + " where a declaration, class or instance is expected");
         }

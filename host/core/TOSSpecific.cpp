@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "TLocalClock.h"
+#include "TZENTAException.h"
 
 namespace NVURZENTA20 {
 
@@ -13,8 +14,9 @@ namespace fs = std::filesystem;
 namespace {
 
 const char kSharedObjectSuffix[] = ".so";
-const char kRegistrationSuffix[] = ".reg.xml";
-const char kSpecificationSuffix[] = ".classes.xml";
+const char kRegistrationStem[] = ".reg";
+const char kSpecificationStem[] = ".classes";
+const char* const kDocumentFormats[] = {".xml", ".mof"};  // the first is the one assumed when none is there
 const int kSecondsPerMinute = 60;
 
 std::string PluginSuffix(const std::string& kind) {
@@ -52,12 +54,43 @@ bool IsRegularFile(const fs::directory_entry& entry) {
     return fs::is_regular_file(entry.status(error));
 }
 
-std::string ReplacePluginSuffix(const std::string& module, const std::string& kind, const char* documentSuffix) {
+std::string ModuleStem(const std::string& module, const std::string& kind) {
     const std::string pluginSuffix = PluginSuffix(kind);
-    if (EndsWith(module, pluginSuffix)) {
-        return module.substr(0, module.size() - pluginSuffix.size()) + documentSuffix;
+    return EndsWith(module, pluginSuffix) ? module.substr(0, module.size() - pluginSuffix.size()) : module;
+}
+
+bool Exists(const std::string& path) {
+    std::error_code error;
+    return fs::symlink_status(path, error).type() != fs::file_type::not_found && !error;
+}
+
+// The documents of the module that exist, of both kinds and formats.
+std::vector<std::string> ExistingDocuments(const std::string& stem) {
+    std::vector<std::string> found;
+    for (const char* kindStem : {kRegistrationStem, kSpecificationStem}) {
+        for (const char* format : kDocumentFormats) {
+            if (Exists(stem + kindStem + format)) found.push_back(stem + kindStem + format);
+        }
     }
-    return module + documentSuffix;
+    return found;
+}
+
+// A module's documents are all CIM-XML or all MOF: the path of the
+// document of the module's format (CIM-XML when it has none).
+std::string DocumentPath(const std::string& module, const std::string& kind, const char* documentStem) {
+    const std::string stem = ModuleStem(module, kind);
+    const std::vector<std::string> existing = ExistingDocuments(stem);
+    bool mof = false;
+    bool xml = false;
+    for (const auto& path : existing) (EndsWith(path, kDocumentFormats[1]) ? mof : xml) = true;
+    if (mof && xml) {
+        std::string names;
+        for (const auto& path : existing) names += (names.empty() ? "" : ", ") + path;
+        throw TZENTAException(TZENTAStatusCode::kInvalidDocument,
+                              "module " + module + " has documents in both formats (" + names +
+                                  "); keep either the .xml or the .mof ones");
+    }
+    return stem + documentStem + kDocumentFormats[mof ? 1 : 0];
 }
 
 }  // namespace
@@ -87,11 +120,11 @@ std::vector<std::string> TOSSpecific::FindPlugins(std::string directory, std::st
 }
 
 std::string TOSSpecific::BuildRegistrationPath(std::string module, std::string kind) {
-    return ReplacePluginSuffix(module, kind, kRegistrationSuffix);
+    return DocumentPath(module, kind, kRegistrationStem);
 }
 
 std::string TOSSpecific::BuildSpecificationPath(std::string module, std::string kind) {
-    return ReplacePluginSuffix(module, kind, kSpecificationSuffix);
+    return DocumentPath(module, kind, kSpecificationStem);
 }
 
 TCIMDateTime TOSSpecific::GetLocalTime() {

@@ -21,7 +21,7 @@ bool IsFile(const std::string& path) {
 std::string DirectoryBesideLibrary() {
     Dl_info info;
     if (::dladdr(reinterpret_cast<void*>(&GetStandardDocumentsDirectory), &info) == 0 || !info.dli_fname) {
-        return std::string();
+        throw TZENTAException(TZENTAStatusCode::kIOError, "cannot locate libzentacore.so, beside which the standard documents lie");
     }
     const std::string library(info.dli_fname);
     const std::string::size_type slash = library.rfind('/');
@@ -30,10 +30,10 @@ std::string DirectoryBesideLibrary() {
 
 }  // namespace
 
+// The library and its documents are installed together, wherever that is;
+// LoadStandardDocuments names the path of a document that is missing.
 std::string GetStandardDocumentsDirectory() {
-    const std::string beside = DirectoryBesideLibrary();
-    if (!beside.empty() && IsFile(beside + "/" + kDocumentNames[0])) return beside;
-    return ZENTA_STANDARD_DOCUMENTS_DIR;
+    return DirectoryBesideLibrary();
 }
 
 std::vector<std::string> GetStandardDocumentPaths() {
@@ -46,7 +46,7 @@ std::vector<std::string> GetStandardDocumentPaths() {
 void LoadStandardDocuments(boost::shared_ptr<ICIMNamespace> ns) {
     for (const auto& path : GetStandardDocumentPaths()) {
         if (!IsFile(path)) throw TZENTAException(TZENTAStatusCode::kIOError, "standard document " + path + " is missing");
-        TNamespacePopulator::PopulateFromXMLFile(ns, path);
+        TNamespacePopulator::PopulateFromSharedFile(ns, path);
     }
 }
 

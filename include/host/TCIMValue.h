@@ -131,6 +131,9 @@ public:
     // null, kTypeMismatch for another type (or an array read as a scalar),
     // kNotAnArray for a scalar read as an array. Booleans and integers read
     // as any integer width by C conversion; integers also read as reals.
+    // Any value reads as std::string: its ToString form (an array's
+    // elements joined with ",", so a one-element array reads as its
+    // element).
 
     operator bool() const;
     operator signed char() const;

@@ -15,9 +15,13 @@ public:
     // Absolute paths of the regular files in `directory` whose names end in
     // ".<kind>.so", sorted by name. A missing directory gives an empty list.
     static std::vector<std::string> FindPlugins(std::string directory, std::string kind);
-    // "/opt/p/Foo.<kind>.so" -> "/opt/p/Foo.reg.xml".
+    // "/opt/p/Foo.<kind>.so" -> "/opt/p/Foo.reg.mof" when the module's
+    // documents are MOF, else "/opt/p/Foo.reg.xml". A module whose
+    // documents lie there in both formats throws TZENTAException
+    // (kInvalidDocument) naming them.
     static std::string BuildRegistrationPath(std::string module, std::string kind);
-    // "/opt/p/Foo.<kind>.so" -> "/opt/p/Foo.classes.xml".
+    // "/opt/p/Foo.<kind>.so" -> "/opt/p/Foo.classes.mof" or ".classes.xml",
+    // by the same rule.
     static std::string BuildSpecificationPath(std::string module, std::string kind);
     // Now, as a timestamp with the local offset from UTC.
     static TCIMDateTime GetLocalTime();

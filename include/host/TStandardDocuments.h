@@ -15,8 +15,7 @@
 namespace NVURZENTA20 {
 
 // The directory the standard documents are read from: "documents" beside
-// libzentacore.so when it holds them, else the source directory the
-// library was built from.
+// libzentacore.so, in a build tree as once installed.
 std::string GetStandardDocumentsDirectory();
 // The standard documents in the order they are loaded.
 std::vector<std::string> GetStandardDocumentPaths();

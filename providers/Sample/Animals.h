@@ -5,7 +5,7 @@
 
 #include <stddef.h>
 
-#include "../common/zentaProvider.h"
+#include "zentaProvider.h"
 
 #define SAMPLE_NAMESPACE "root/sample"
 #define COUNT_OF(array) (sizeof(array) / sizeof((array)[0]))

@@ -2,7 +2,7 @@
 #ifndef ZENTA_PROVIDERS_SYSTEMPROVIDER_H
 #define ZENTA_PROVIDERS_SYSTEMPROVIDER_H
 
-#include "../common/zentaProvider.h"
+#include "zentaProvider.h"
 #include "SystemData.h"
 
 #define SYSTEM_NAMESPACE "root/cimv2"

@@ -141,3 +141,17 @@ TEST_F(RequestRoad, AFailedInstanceMethodLeavesNoOutputsAndItsLogLine) {
     EXPECT_TRUE(failing.empty());
     EXPECT_EQ(LogLinesWith("TRACE", "providerDriver::invokeMethod Echo").size(), 1u);
 }
+
+// A host that reloads its providers allocates the namespace again over the
+// same repository: the module's class document defines its classes again
+// (identically), and every provider serves them from the new namespace.
+TEST_F(RequestRoad, ASecondAllocationOverTheSameRepositoryServesEveryProviderAgain) {
+    EXPECT_EQ(Enumerate("Road_Item", true).size(), 6u);
+    CMPINSPInstanceRegistry::GetRegistrySingleton()->ClearInstances();
+    boost::shared_ptr<TCMPINamespace> first = fNamespace;
+    Allocate("road");
+    ASSERT_NE(fNamespace, first);
+    EXPECT_EQ(LogLinesWith("ERROR", "").size(), 0u) << "a document was refused on the second reading";
+    EXPECT_EQ(LogLinesWith("TRACE", "TCMPINamespace::LoadPlugin created Provider RoadB").size(), 2u);
+    EXPECT_EQ(Enumerate("Road_Item", true), (TIds{"item1", "item2", "item3", "sub1", "sub2", "leaf1"}));
+}

@@ -156,7 +156,6 @@ TEST(Value, MismatchedReadsThrowTheMatchingStatus) {
         {TCIMValue(), READ_AS(unsigned int), kNull, "unset"}, {TCIMValue(true), READ_AS(double), kMismatch, "boolean"},
         {TCIMValue(2.0f), READ_AS(unsigned long long), kMismatch, "real32"},
         {TCIMValue(TCIMChar16('a')), READ_AS(int), kMismatch, "char16"},
-        {MakeArray(TType::kString, {}), READ_AS(std::string), kMismatch, "string array"},
         {NullOf(TType::kSint16, 3), READ_AS(short), kMismatch, "array"},
         {TCIMValue(5u), READ_AS(const TValues&), TZENTAStatusCode::kNotAnArray, "not an array"},
         {TCIMValue("A.b=1"), READ_AS(TCIMReference), kMismatch, "as reference"},

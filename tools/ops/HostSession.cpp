@@ -1,11 +1,13 @@
 #include "HostSession.h"
 
 #include <dlfcn.h>
+#include <limits.h>
 
 #include <cstdint>
 #include <filesystem>
 
 #include "INamespaceProvider.h"
+#include "TNamespacePopulator.h"
 #include "TRootObject.h"
 #include "ToolError.h"
 
@@ -18,6 +20,7 @@ const char kRepositoryProvider[] = "inmem";
 const char kCmpiProvider[] = "cmpi";
 const char kInmemLibrary[] = "libinmem.nsp.so";
 const char kCmpiLibrary[] = "libcmpi.nsp.so";
+const char kCoreLibrary[] = "libzentacore.so";
 
 boost::shared_ptr<INamespaceProvider> RegisteredProvider(const std::string& name, const std::string& library) {
     boost::shared_ptr<INamespaceProvider> provider =
@@ -36,11 +39,21 @@ TCIMValue AddressOf(const boost::shared_ptr<ICIMNamespace>& ns) {
 
 }  // namespace
 
+// The dynamic loader found libzentacore.so through the tool's RUNPATH
+// ($ORIGIN/../lib in a build tree, $ORIGIN/../lib/zenta once installed):
+// its directory holds the namespace provider libraries too. Asking the
+// loader keeps the libraries opened here consistent with the core library
+// already mapped, and states the layout in one place only, the RUNPATH.
 std::string THostSession::DefaultLibraryDirectory() {
-    std::error_code error;
-    const fs::path executable = fs::read_symlink("/proc/self/exe", error);
-    if (error) throw TToolError("cannot locate the zenta executable: " + error.message());
-    return (executable.parent_path().parent_path() / "lib").string();
+    void* core = dlopen(kCoreLibrary, RTLD_LAZY | RTLD_NOLOAD);
+    if (core == nullptr) throw TToolError(std::string("cannot locate the loaded ") + kCoreLibrary);
+    char origin[PATH_MAX];
+    const int failed = dlinfo(core, RTLD_DI_ORIGIN, origin);
+    dlclose(core);
+    if (failed != 0) throw TToolError(std::string("cannot locate the directory of ") + kCoreLibrary);
+    // The origin is the tool's real directory followed by the RUNPATH's
+    // "../lib...": no link can lie under "..", so folding it is exact.
+    return fs::path(origin).lexically_normal().string();
 }
 
 THostSession::THostSession(const TSessionOptions& options)
@@ -61,6 +74,7 @@ THostSession::THostSession(const TSessionOptions& options)
     }
 
     fRepository = RegisteredProvider(kRepositoryProvider, kInmemLibrary)->AllocateNamespace(TCIMContext(), true);
+    TNamespacePopulator::PopulateFromSchemaDirectories(fRepository, options.schemaDirectories);
     fManager = TNamespaceManager::Create(fRepository);
     fUpcall = fManager;
     AllocateCmpiNamespace();

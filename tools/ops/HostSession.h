@@ -6,6 +6,7 @@
 #define ZENTA_OPS_HOSTSESSION_H
 
 #include <string>
+#include <vector>
 
 #include <boost/shared_ptr.hpp>
 
@@ -23,6 +24,8 @@ struct TSessionOptions {
     std::string providerDirectory;
     int logLevel = -1;     // < 0: ZENTA_LOG_LEVEL or the logger's default
     std::string logFile;   // empty: ZENTA_LOG_FILE or stderr
+    // Schema directories read into the repository before the modules.
+    std::vector<std::string> schemaDirectories;
 };
 
 class THostSession {

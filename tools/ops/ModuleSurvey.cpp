@@ -11,6 +11,7 @@
 #include "ICIMInstance.h"
 #include "ICIMNamespace.h"
 #include "ICIMProperty.h"
+#include "ICoreLogger.h"
 #include "INamespaceProvider.h"
 #include "INamespaceProviderManager.h"
 #include "ModuleProbe.h"
@@ -145,7 +146,23 @@ void TModuleSurvey::Add(TFinding::ESeverity severity, const std::string& file, c
     fFindings.push_back(finding);
 }
 
+// The survey reads documents with the host's readers, which log what they
+// notice; the survey reports it as findings instead, so the host's logger
+// is kept quiet meanwhile.
+class TQuietLogger {
+public:
+    TQuietLogger() : fLogger(TRootObject::GetCoreLogger()), fThreshold(fLogger->GetThreshold()) { fLogger->SetThreshold(-1); }
+    ~TQuietLogger() { fLogger->SetThreshold(fThreshold); }
+    TQuietLogger(const TQuietLogger&) = delete;
+    TQuietLogger& operator=(const TQuietLogger&) = delete;
+
+private:
+    boost::shared_ptr<ICoreLogger> fLogger;
+    int fThreshold;
+};
+
 void TModuleSurvey::Run(const std::string& directory, bool probe) {
+    const TQuietLogger quiet;
     fModules.clear();
     fFindings.clear();
     const boost::shared_ptr<ICIMNamespace> scratch = ScratchRepository();
@@ -178,6 +195,22 @@ void TModuleSurvey::Run(const std::string& directory, bool probe) {
         }
     }
     CheckStrayFiles(directory);
+    CheckSharedProviderNames();
+}
+
+void TModuleSurvey::CheckSharedProviderNames() {
+    std::map<std::string, const TModuleReport*> first;
+    for (const TModuleReport& module : fModules) {
+        if (!module.loadable) continue;
+        for (const TRegisteredProvider& provider : module.providers) {
+            const auto known = first.insert(std::make_pair(provider.name, &module));
+            if (known.second || known.first->second == &module) continue;
+            Add(TFinding::kWarning, FileName(module.registrationPath),
+                "provider " + provider.name + " is registered by " + FileName(known.first->second->registrationPath) +
+                    " too: the module loaded first (" + known.first->second->file + ") serves it",
+                false);
+        }
+    }
 }
 
 void TModuleSurvey::SurveyModule(TModuleReport& module, const boost::shared_ptr<ICIMNamespace>& scratch) {

@@ -75,6 +75,7 @@ private:
     void ReadRegistration(TModuleReport& module, const boost::shared_ptr<NVURZENTA20::ICIMNamespace>& scratch);
     void CheckFactories(const TModuleReport& module);
     void CheckStrayFiles(const std::string& directory);
+    void CheckSharedProviderNames();
     void Add(TFinding::ESeverity severity, const std::string& file, const std::string& text, bool silent);
 
     std::vector<TModuleReport> fModules;

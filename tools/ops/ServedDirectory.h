@@ -18,10 +18,14 @@
 
 struct TServeOptions {
     std::string providerDirectory;  // empty: the bundled modules beside the libraries
+    std::vector<std::string> schemaDirectories;  // read before the modules
     int logLevel = -1;
     std::string logFile;
     std::string servedNamespace = "root/cimv2";
 };
+
+// ZENTA_SCHEMA_PATH: directories separated by ":"; empty entries are skipped.
+std::vector<std::string> SchemaPathFromEnvironment();
 
 class TServedDirectory {
 public:

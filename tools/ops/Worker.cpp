@@ -163,6 +163,7 @@ std::string TWorkerSetup::Serialize() const {
                          {"providerDirectory", session.providerDirectory},
                          {"logLevel", session.logLevel},
                          {"logFile", session.logFile},
+                         {"schemaDirectories", session.schemaDirectories},
                          {"providers", providers.Serialize()},
                          {"warnings", warnings},
                          {"claims", ClaimsToJson(claims)},
@@ -178,6 +179,7 @@ TWorkerSetup TWorkerSetup::Deserialize(const std::string& text) {
     setup.session.providerDirectory = object.at("providerDirectory").get<std::string>();
     setup.session.logLevel = object.at("logLevel").get<int>();
     setup.session.logFile = object.at("logFile").get<std::string>();
+    setup.session.schemaDirectories = object.at("schemaDirectories").get<std::vector<std::string> >();
     setup.providers = TProviderIndex::Deserialize(object.at("providers").get<std::string>());
     setup.warnings = object.at("warnings").get<std::vector<std::string> >();
     setup.claims = ClaimsFromJson(object.at("claims").get<std::string>());

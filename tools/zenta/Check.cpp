@@ -34,11 +34,18 @@ TFinding Problem(TFinding::ESeverity severity, const std::string& file, const st
     return finding;
 }
 
-// The classes as the host would define them: the standard documents and
-// every loadable module's class document, in the order discovery reads them.
-boost::shared_ptr<ICIMNamespace> ReadClasses(const TModuleSurvey& survey, std::vector<TFinding>& findings) {
+// The classes as the host would define them: the standard documents, the
+// schema and every loadable module's class document, in the order
+// discovery reads them.
+boost::shared_ptr<ICIMNamespace> ReadClasses(const TServeOptions& options, const TModuleSurvey& survey,
+                                             std::vector<TFinding>& findings) {
     boost::shared_ptr<ICIMNamespace> classes =
         TRootObject::GetNamespaceProviderManager()->GetNamespaceProvider("inmem")->AllocateNamespace(TCIMContext(), true);
+    try {
+        TNamespacePopulator::PopulateFromSchemaDirectories(classes, options.schemaDirectories);
+    } catch (const TZENTAException& failure) {
+        findings.push_back(Problem(TFinding::kError, "", failure.GetMessage()));
+    }
     for (const TModuleReport& module : survey.GetModules()) {
         if (!module.loadable || module.classPath.empty()) continue;
         try {
@@ -160,7 +167,7 @@ int RunCheck(const TServeOptions& options, int timeoutSeconds, bool json) {
         // Left-out modules are among the survey's findings already.
         TServedDirectory served(options, [](const std::string&) {});
         std::vector<TFinding> findings = served.GetSurvey().GetFindings();
-        const boost::shared_ptr<ICIMNamespace> classes = ReadClasses(served.GetSurvey(), findings);
+        const boost::shared_ptr<ICIMNamespace> classes = ReadClasses(options, served.GetSurvey(), findings);
         const std::vector<TFinding> claimed =
             CheckClaims(ClaimsOf(served.GetSurvey()), *classes, served.GetWorkerSetup().providers);
         findings.insert(findings.end(), claimed.begin(), claimed.end());

@@ -19,6 +19,7 @@
 #include "ServedDirectory.h"
 #include "ToolError.h"
 #include "Worker.h"
+#include "ZentaVersion.h"
 
 namespace {
 
@@ -26,11 +27,12 @@ const int kRequestFailed = 1;
 const int kUsageError = 2;
 
 const char kFooter[] =
-    "PATH is CIM object path text: Class.Key=\"text\",Number=3 (quote it for the shell:\n"
-    "  zenta gi 'ZENTA_Process.ProcessId=1'). A path without keys names the class.\n"
+    "PATH is CIM object path text: Class.Key=\"text\",Number=3, quoted for the shell\n"
+    "as in zenta gi 'ZENTA_Process.ProcessId=1'. A path without keys names the class.\n"
     "\n"
-    "By default the provider modules (*.cmpi.so with their registration and class\n"
-    "documents) are those beside libcmpi.nsp.so in <directory of zenta>/../lib.\n"
+    "By default the provider modules (*.cmpi.so with their .reg and .classes\n"
+    "documents, in .xml or .mof) are those beside libcmpi.nsp.so in the directory of\n"
+    "zenta's libraries (<directory of zenta>/../lib/zenta once installed).\n"
     "--providers DIR serves the modules of DIR instead. Either way each module is\n"
     "checked in a child process first, and one that cannot be loaded is left out\n"
     "with a one-line reason. zenta mirrors the directory in a private temporary\n"
@@ -148,6 +150,7 @@ int main(int argc, char** argv) {
     CLI::App app("zenta: ask the CMPI providers of a ZENTA host", "zenta");
     app.require_subcommand(1);
     app.fallthrough();
+    app.set_version_flag("--version", "zenta " ZENTA_VERSION);
     app.footer(kFooter);
 
     TToolOptions options;
@@ -160,6 +163,11 @@ int main(int argc, char** argv) {
         ->check(CLI::Range(0, 4))
         ->type_name("N");
     app.add_option("--log-file", options.serve.logFile, "append log messages to F instead of stderr")->type_name("F");
+    app.add_option("--schema", options.serve.schemaDirectories,
+                   "read the class documents (*.mof, *.xml) of DIR before the modules; repeatable "
+                   "(default: ZENTA_SCHEMA_PATH, directories separated by :)")
+        ->check(CLI::ExistingDirectory)
+        ->type_name("DIR");
     app.add_option("--namespace", request.nameSpace, "the namespace asked (the host serves " +
                                                          options.serve.servedNamespace + ")")
         ->type_name("NS");
@@ -236,6 +244,7 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kUsageError;
     }
+    if (options.serve.schemaDirectories.empty()) options.serve.schemaDirectories = SchemaPathFromEnvironment();
     if (check->parsed()) {
         if (!checkDirectory.empty()) options.serve.providerDirectory = checkDirectory;
         return RunCheck(options.serve, options.timeoutSeconds, options.json);

@@ -1,4 +1,4 @@
-#include "TCIMXMLValues.h"
+#include "TValueText.h"
 
 #include <cerrno>
 #include <cfloat>
@@ -7,8 +7,6 @@
 #include <limits>
 #include <vector>
 
-#include "ICIMNamespace.h"
-#include "TCIMReference.h"
 #include "TZENTAException.h"
 
 namespace NVURZENTA20 {
@@ -158,20 +156,6 @@ bool ParseDateTime(const std::string& text, TCIMValue& value, std::string& reaso
     }
 }
 
-// The NAMESPACE names of a (LOCAL)NAMESPACEPATH below `path`, joined by "/".
-std::string NamespaceNameOf(pugi::xml_node path) {
-    std::string name;
-    for (pugi::xml_node child = path.first_child(); child; child = child.next_sibling()) {
-        if (IsElement(child, "NAMESPACE")) {
-            if (!name.empty()) name += "/";
-            name += child.attribute("NAME").value();
-        } else if (IsElement(child, "NAMESPACEPATH") || IsElement(child, "LOCALNAMESPACEPATH")) {
-            name += NamespaceNameOf(child);
-        }
-    }
-    return name;
-}
-
 }  // namespace
 
 TCIMValue NullOf(TCIMValue::TCIMType type, bool isArray) {
@@ -203,114 +187,6 @@ bool ParseValueText(TCIMValue::TCIMType type, const std::string& text, TCIMValue
     if (type.IsInteger()) return ParseInteger(type, trimmed, value, reason);
     reason = "values of type " + type.GetName() + " cannot be written as text";
     return false;
-}
-
-TCIMValue TCIMXMLValueReader::ReadScalar(pugi::xml_node element, TCIMValue::TCIMType type) const {
-    if (IsElement(element, "VALUE.NULL")) return NullOf(type, false);
-    if (!IsElement(element, "VALUE")) fDocument.Fail(element, std::string("expected VALUE, found ") + element.name());
-    TCIMValue value;
-    std::string reason;
-    if (!ParseValueText(type, element.text().get(), value, reason)) fDocument.Fail(element, reason);
-    return value;
-}
-
-TCIMValue TCIMXMLValueReader::ReadArray(pugi::xml_node array, TCIMValue::TCIMType type) const {
-    std::vector<TCIMValue> elements;
-    for (pugi::xml_node child = array.first_child(); child; child = child.next_sibling()) {
-        if (child.type() != pugi::node_element) continue;
-        elements.push_back(type == T::kReference ? ReadReference(child) : ReadScalar(child, type));
-    }
-    TCIMValue value;
-    value.Set(type, static_cast<unsigned int>(elements.size()), elements);
-    return value;
-}
-
-TCIMValue TCIMXMLValueReader::ReadContainedValue(pugi::xml_node holder, TCIMValue::TCIMType type,
-                                                 bool isArray) const {
-    const char* const expected = type == T::kReference ? (isArray ? "VALUE.REFARRAY" : "VALUE.REFERENCE")
-                                                       : (isArray ? "VALUE.ARRAY" : "VALUE");
-    for (pugi::xml_node child = holder.first_child(); child; child = child.next_sibling()) {
-        if (child.type() != pugi::node_element || IsElement(child, "QUALIFIER") || IsElement(child, "SCOPE")) {
-            continue;
-        }
-        if (!IsElement(child, expected)) {
-            fDocument.Fail(child, std::string("expected ") + expected + ", found " + child.name());
-        }
-        if (isArray) return ReadArray(child, type);
-        return type == T::kReference ? ReadReference(child) : ReadScalar(child, type);
-    }
-    return NullOf(type, isArray);
-}
-
-TCIMValue TCIMXMLValueReader::ReadReference(pugi::xml_node element) const {
-    if (!IsElement(element, "VALUE.REFERENCE")) {
-        fDocument.Fail(element, std::string("expected VALUE.REFERENCE, found ") + element.name());
-    }
-    TCIMReference reference(fNamespace, TCIMContext());
-    pugi::xml_node form = element.find_child([](pugi::xml_node n) { return n.type() == pugi::node_element; });
-    pugi::xml_node instanceName;
-    std::string namespaceName;
-    if (IsElement(form, "INSTANCENAME")) {
-        instanceName = form;
-    } else if (IsElement(form, "LOCALINSTANCEPATH") || IsElement(form, "INSTANCEPATH")) {
-        instanceName = form.child("INSTANCENAME");
-        namespaceName = NamespaceNameOf(form);
-    } else if (IsElement(form, "CLASSNAME")) {
-        reference.SetClassName(fDocument.RequireAttribute(form, "NAME"));
-        return TCIMValue(reference);
-    } else {
-        fDocument.Fail(form ? form : element, "VALUE.REFERENCE holds no instance name");
-    }
-    if (!instanceName) fDocument.Fail(form, std::string(form.name()) + " holds no INSTANCENAME");
-    if (!namespaceName.empty()) reference.SetNameSpaceName(namespaceName);
-    ReadInstanceName(instanceName, reference);
-    return TCIMValue(reference);
-}
-
-void TCIMXMLValueReader::ReadInstanceName(pugi::xml_node name, TCIMReference& reference) const {
-    const std::string className = fDocument.RequireAttribute(name, "CLASSNAME");
-    reference.SetClassName(className);
-    for (pugi::xml_node binding = name.first_child(); binding; binding = binding.next_sibling()) {
-        if (binding.type() != pugi::node_element) continue;
-        if (!IsElement(binding, "KEYBINDING")) {
-            fDocument.Fail(binding, std::string("expected KEYBINDING, found ") + binding.name());
-        }
-        const std::string keyName = fDocument.RequireAttribute(binding, "NAME");
-        pugi::xml_node value = binding.find_child([](pugi::xml_node n) { return n.type() == pugi::node_element; });
-        if (IsElement(value, "KEYVALUE")) {
-            reference.AddKeyValue(keyName, ReadKeyValue(value, className, keyName));
-        } else if (IsElement(value, "VALUE.REFERENCE")) {
-            reference.AddKeyValue(keyName, ReadReference(value));
-        } else {
-            fDocument.Fail(value ? value : binding, "KEYBINDING " + keyName + " holds no KEYVALUE");
-        }
-    }
-}
-
-TCIMValue TCIMXMLValueReader::ReadKeyValue(pugi::xml_node keyValue, const std::string& className,
-                                           const std::string& keyName) const {
-    const std::string text = keyValue.text().get();
-    TCIMValue::TCIMType type = T::kString;
-    boost::shared_ptr<ICIMClass> cls = fNamespace ? fNamespace->GetClass(className, TCIMContext())
-                                                  : boost::shared_ptr<ICIMClass>();
-    boost::shared_ptr<ICIMPropertyDecl> decl = cls ? cls->GetPropertyDecl(keyName, TCIMContext())
-                                                   : boost::shared_ptr<ICIMPropertyDecl>();
-    const std::string valueType = keyValue.attribute("VALUETYPE").value();
-    if (decl && decl->GetType() != T::kReference && !decl->IsArray()) {
-        type = decl->GetType();
-    } else if (keyValue.attribute("TYPE")) {
-        type = fDocument.TypeAttribute(keyValue, "TYPE");
-    } else if (valueType == "boolean") {
-        type = T::kBoolean;
-    } else if (valueType == "numeric") {
-        type = Trim(text).find_first_of(".eE") != std::string::npos ? T::kReal64
-               : Trim(text).compare(0, 1, "-") == 0               ? T::kSint64
-                                                                    : T::kUint64;
-    }
-    TCIMValue value;
-    std::string reason;
-    if (!ParseValueText(type, text, value, reason)) fDocument.Fail(keyValue, "key " + keyName + ": " + reason);
-    return value;
 }
 
 }  // namespace NVURZENTA20
