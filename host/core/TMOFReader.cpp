@@ -335,6 +335,22 @@ void PushLiteral(TReadState& state, const Input& in, TRawValue::EKind kind, std:
     state.literals.push_back(std::move(value));
 }
 
+// A property or parameter whose name `in` holds: it takes the qualifiers
+// read before it, and its default value is what is read after `mark`.
+template <class Input>
+TFeaturePlan StartFeature(TReadState& state, const Input& in, T type, const std::string& referenceClass,
+                          std::size_t& mark) {
+    TFeaturePlan feature;
+    feature.at = state.At(in);
+    feature.name = in.string();
+    feature.type = type;
+    feature.referenceClass = referenceClass;
+    feature.qualifiers = state.TakeQualifiers();
+    mark = state.literals.size();
+    state.arrayFlag = false;
+    return feature;
+}
+
 void AppendUtf8(std::string& out, unsigned int code) {
     if (code < 0x80) {
         out += static_cast<char>(code);
@@ -589,16 +605,7 @@ ZENTA_MOF_ACTION(class_decl) {
     state.plan.classes.push_back(std::move(state.cls));
 }
 };
-ZENTA_MOF_ACTION(feature_name) {
-    state.feature = TFeaturePlan();
-    state.feature.at = state.At(in);
-    state.feature.name = in.string();
-    state.feature.type = state.type;
-    state.feature.referenceClass = state.referenceClass;
-    state.feature.qualifiers = state.TakeQualifiers();
-    state.featureMark = state.literals.size();
-    state.arrayFlag = false;
-}
+ZENTA_MOF_ACTION(feature_name) { state.feature = StartFeature(state, in, state.type, state.referenceClass, state.featureMark); }
 };
 ZENTA_MOF_ACTION(property_rest) {
     (void)in;
@@ -630,14 +637,7 @@ ZENTA_MOF_ACTION(parameter_type) {
 }
 };
 ZENTA_MOF_ACTION(parameter_name) {
-    state.param = TFeaturePlan();
-    state.param.at = state.At(in);
-    state.param.name = in.string();
-    state.param.type = state.parameterType;
-    state.param.referenceClass = state.parameterReferenceClass;
-    state.param.qualifiers = state.TakeQualifiers();
-    state.paramMark = state.literals.size();
-    state.arrayFlag = false;
+    state.param = StartFeature(state, in, state.parameterType, state.parameterReferenceClass, state.paramMark);
 }
 };
 ZENTA_MOF_ACTION(parameter) {
