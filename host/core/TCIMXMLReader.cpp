@@ -117,10 +117,7 @@ private:
     }
 
     TFeaturePlan ReadProperty(pugi::xml_node node) const {
-        TFeaturePlan plan;
-        plan.at = fDocument.LocationOf(node);
-        plan.name = fDocument.RequireAttribute(node, "NAME");
-        plan.qualifiers = ReadQualifiers(node);
+        TFeaturePlan plan = Named<TFeaturePlan>(node);
         if (IsElement(node, "PROPERTY.REFERENCE")) {
             plan.type = T::kReference;
             plan.referenceClass = node.attribute("REFERENCECLASS").value();
@@ -132,12 +129,19 @@ private:
         return plan;
     }
 
-    TMethodPlan ReadMethod(pugi::xml_node node) const {
-        TMethodPlan plan;
+    // A plan of an element with a NAME, its place and its qualifiers.
+    template <class TPlan>
+    TPlan Named(pugi::xml_node node) const {
+        TPlan plan;
         plan.at = fDocument.LocationOf(node);
         plan.name = fDocument.RequireAttribute(node, "NAME");
-        plan.returnType = node.attribute("TYPE") ? fDocument.TypeAttribute(node, "TYPE") : T(T::kNone);
         plan.qualifiers = ReadQualifiers(node);
+        return plan;
+    }
+
+    TMethodPlan ReadMethod(pugi::xml_node node) const {
+        TMethodPlan plan = Named<TMethodPlan>(node);
+        plan.returnType = node.attribute("TYPE") ? fDocument.TypeAttribute(node, "TYPE") : T(T::kNone);
         for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling()) {
             if (!IsAnyElement(child) || IsElement(child, "QUALIFIER")) continue;
             plan.parameters.push_back(ReadParameter(child));
@@ -151,13 +155,10 @@ private:
         if (!isReference && element != "PARAMETER" && element != "PARAMETER.ARRAY") {
             fDocument.Fail(node, "unknown element " + element + " in a method");
         }
-        TFeaturePlan plan;
-        plan.at = fDocument.LocationOf(node);
-        plan.name = fDocument.RequireAttribute(node, "NAME");
+        TFeaturePlan plan = Named<TFeaturePlan>(node);
         plan.type = isReference ? T(T::kReference) : fDocument.TypeAttribute(node, "TYPE");
         plan.isArray = element == "PARAMETER.ARRAY" || element == "PARAMETER.REFARRAY";
         plan.referenceClass = node.attribute("REFERENCECLASS").value();
-        plan.qualifiers = ReadQualifiers(node);
         return plan;
     }
 

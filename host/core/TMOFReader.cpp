@@ -335,6 +335,22 @@ void PushLiteral(TReadState& state, const Input& in, TRawValue::EKind kind, std:
     state.literals.push_back(std::move(value));
 }
 
+// A property or parameter whose name `in` holds: it takes the qualifiers
+// read before it, and its default value is what is read after `mark`.
+template <class Input>
+TFeaturePlan StartFeature(TReadState& state, const Input& in, T type, const std::string& referenceClass,
+                          std::size_t& mark) {
+    TFeaturePlan feature;
+    feature.at = state.At(in);
+    feature.name = in.string();
+    feature.type = type;
+    feature.referenceClass = referenceClass;
+    feature.qualifiers = state.TakeQualifiers();
+    mark = state.literals.size();
+    state.arrayFlag = false;
+    return feature;
+}
+
 void AppendUtf8(std::string& out, unsigned int code) {
     if (code < 0x80) {
         out += static_cast<char>(code);
@@ -348,19 +364,17 @@ void AppendUtf8(std::string& out, unsigned int code) {
     }
 }
 
-// The characters between the quotes of a string or char16 literal, with
-// their escapes replaced. Fails at `at` on the character 0, which no CIM
-// text may hold.
-std::string Unescape(const std::string& body, const TSourceLocation& at) {
-    std::string out;
-    out.reserve(body.size());
-    for (std::size_t i = 0; i < body.size(); ++i) {
-        if (body[i] != '\\') {
-            out += body[i];
-            continue;
-        }
-        const char c = body[++i];
-        switch (c) {
+// Appends the characters of [begin, end) (what stands between the quotes
+// of a string or char16 literal) to `out`, with their escapes replaced.
+// Fails at `at` on the character 0, which no CIM text may hold.
+void AppendUnescaped(const char* begin, const char* end, std::string& out, const TSourceLocation& at) {
+    const std::size_t start = out.size();
+    for (const char* c = begin; c < end; ++c) {
+        const char* plain = std::find(c, end, '\\');
+        out.append(c, plain);
+        if (plain == end) break;
+        c = plain + 1;
+        switch (*c) {
             case 'b': out += '\b'; break;
             case 't': out += '\t'; break;
             case 'n': out += '\n'; break;
@@ -369,21 +383,19 @@ std::string Unescape(const std::string& body, const TSourceLocation& at) {
             case 'x':
             case 'X': {
                 unsigned int code = 0;
-                std::size_t digits = 0;
-                while (digits < 4 && i + 1 < body.size() && std::isxdigit(static_cast<unsigned char>(body[i + 1]))) {
-                    const char hex = body[++i];
+                for (int digits = 0; digits < 4 && c + 1 < end && std::isxdigit(static_cast<unsigned char>(c[1]));
+                     ++digits) {
+                    const char hex = *++c;
                     code = code * 16 + static_cast<unsigned int>(hex <= '9' ? hex - '0' : (hex | 0x20) - 'a' + 10);
-                    ++digits;
                 }
                 if (code == 0) FailAt(at, "a string may not hold the character 0");
                 AppendUtf8(out, code);
                 break;
             }
-            default: out += c; break;
+            default: out += *c; break;
         }
     }
-    if (out.find('\0') != std::string::npos) FailAt(at, "a string may not hold the character 0");
-    return out;
+    if (out.find('\0', start) != std::string::npos) FailAt(at, "a string may not hold the character 0");
 }
 
 // Integer literal text as decimal (or 0x-hex) text with its sign: octal
@@ -451,16 +463,14 @@ struct TAction : pegtl::nothing<Rule> {};
 
 ZENTA_MOF_ACTION(string_begin) { (void)in; state.stringText.clear(); }
 };
-ZENTA_MOF_ACTION(string_part) {
-    const std::string part = in.string();
-    state.stringText += Unescape(part.substr(1, part.size() - 2), state.At(in));
-}
+ZENTA_MOF_ACTION(string_part) { AppendUnescaped(in.begin() + 1, in.end() - 1, state.stringText, state.At(in)); }
 };
-ZENTA_MOF_ACTION(string_value) { PushLiteral(state, in, TRawValue::kString, state.stringText); }
+ZENTA_MOF_ACTION(string_value) { PushLiteral(state, in, TRawValue::kString, std::move(state.stringText)); }
 };
 ZENTA_MOF_ACTION(char_value) {
-    const std::string literal = in.string();
-    PushLiteral(state, in, TRawValue::kChar, Unescape(literal.substr(1, literal.size() - 2), state.At(in)));
+    std::string character;
+    AppendUnescaped(in.begin() + 1, in.end() - 1, character, state.At(in));
+    PushLiteral(state, in, TRawValue::kChar, std::move(character));
 }
 };
 ZENTA_MOF_ACTION(real_number) { PushLiteral(state, in, TRawValue::kReal, in.string()); }
@@ -589,16 +599,7 @@ ZENTA_MOF_ACTION(class_decl) {
     state.plan.classes.push_back(std::move(state.cls));
 }
 };
-ZENTA_MOF_ACTION(feature_name) {
-    state.feature = TFeaturePlan();
-    state.feature.at = state.At(in);
-    state.feature.name = in.string();
-    state.feature.type = state.type;
-    state.feature.referenceClass = state.referenceClass;
-    state.feature.qualifiers = state.TakeQualifiers();
-    state.featureMark = state.literals.size();
-    state.arrayFlag = false;
-}
+ZENTA_MOF_ACTION(feature_name) { state.feature = StartFeature(state, in, state.type, state.referenceClass, state.featureMark); }
 };
 ZENTA_MOF_ACTION(property_rest) {
     (void)in;
@@ -630,14 +631,7 @@ ZENTA_MOF_ACTION(parameter_type) {
 }
 };
 ZENTA_MOF_ACTION(parameter_name) {
-    state.param = TFeaturePlan();
-    state.param.at = state.At(in);
-    state.param.name = in.string();
-    state.param.type = state.parameterType;
-    state.param.referenceClass = state.parameterReferenceClass;
-    state.param.qualifiers = state.TakeQualifiers();
-    state.paramMark = state.literals.size();
-    state.arrayFlag = false;
+    state.param = StartFeature(state, in, state.parameterType, state.parameterReferenceClass, state.paramMark);
 }
 };
 ZENTA_MOF_ACTION(parameter) {

@@ -154,3 +154,24 @@ TEST(ValueText, AnArrayReadsAsItsElementsJoined) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(Redefinition, ARepeatedQualifierDeclarationGovernsItsOwnDocumentOnly) {
+    TScratch scratch;
+    boost::shared_ptr<TInmemNamespace> ns = StandardRepository();
+    // The standard Description propagates to subclasses; this document's
+    // declaration restricts it, for this document's classes.
+    P::PopulateFromSharedFile(ns, scratch.Write("schema.mof", R"(
+        Qualifier Description : string = null, Scope(any), Flavor(EnableOverride, Restricted, Translatable);
+        [Description ("a")] class A { };
+        class B : A { };)"));
+    EXPECT_FALSE(ns->GetClass("B", NoContext())->GetQualifier("Description", NoContext()));
+    EXPECT_EQ(ns->GetQualifierDecl("Description", NoContext())->GetFlavor() & ICIMQualifierDecl::kToSubclass,
+              ICIMQualifierDecl::kToSubclass)
+        << "the namespace keeps its declaration";
+    P::PopulateFromXMLFile(ns, scratch.Write("module.mof", "[Description (\"c\")] class C { }; class D : C { };"));
+    EXPECT_TRUE(ns->GetClass("D", NoContext())->GetQualifier("Description", NoContext()));
+}
+
+}  // namespace

@@ -123,3 +123,12 @@ std::vector<std::string> TScratchDirectory::Entries() const {
     }
     return names;
 }
+
+std::string Modules(const std::string& name) { return std::string(ZENTA_E2E_MODULE_ROOT) + "/" + name; }
+
+std::size_t LinesWith(const std::string& text, const std::string& part) {
+    std::size_t found = 0;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) found += line.find(part) != std::string::npos;
+    return found;
+}

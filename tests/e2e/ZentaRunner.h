@@ -40,4 +40,10 @@ private:
 
 std::string ReadFile(const std::string& path);
 
+// The directory of test modules `name` (good, mixed, ...) under the build tree.
+std::string Modules(const std::string& name);
+
+// How many lines of `text` contain `part`.
+std::size_t LinesWith(const std::string& text, const std::string& part);
+
 #endif

@@ -14,8 +14,6 @@ namespace {
 // sanitizer that caught the bad access first.
 const char* const kCrashed = ZENTA_SANITIZED ? "ended the worker process with exit status 1" : "crashed with SIGSEGV";
 
-std::string Modules(const std::string& name) { return std::string(ZENTA_E2E_MODULE_ROOT) + "/" + name; }
-
 class Diagnostics : public ::testing::Test {
 protected:
     TZentaRun Serve(const std::string& directory, std::vector<std::string> arguments) {

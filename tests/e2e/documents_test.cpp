@@ -15,15 +15,6 @@
 
 namespace {
 
-std::string Modules(const std::string& name) { return std::string(ZENTA_E2E_MODULE_ROOT) + "/" + name; }
-
-std::size_t LinesWith(const std::string& text, const std::string& part) {
-    std::size_t found = 0;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) found += line.find(part) != std::string::npos;
-    return found;
-}
-
 TEST(Documents, AThirdPartyPackageInMofIsServedOverTheSchema) {
     if (!std::filesystem::is_directory(ZENTA_SCHEMA_DIR)) GTEST_SKIP() << "no CIM schema at " << ZENTA_SCHEMA_DIR;
     const TZentaRun run =

@@ -15,17 +15,6 @@
 
 namespace {
 
-// The directory of test modules `name` (good, mixed) under the build tree.
-std::string Modules(const std::string& name) { return std::string(ZENTA_E2E_MODULE_ROOT) + "/" + name; }
-
-// How many lines of `text` contain `part`.
-std::size_t LinesWith(const std::string& text, const std::string& part) {
-    std::size_t found = 0;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) found += line.find(part) != std::string::npos;
-    return found;
-}
-
 class TestModules : public ::testing::Test {
 protected:
     TZentaRun Serve(const std::string& directory, std::vector<std::string> arguments) {

@@ -166,6 +166,7 @@ int main(int argc, char** argv) {
     app.add_option("--schema", options.serve.schemaDirectories,
                    "read the class documents (*.mof, *.xml) of DIR before the modules; repeatable "
                    "(default: ZENTA_SCHEMA_PATH, directories separated by :)")
+        ->allow_extra_args(false)  // one directory per --schema
         ->check(CLI::ExistingDirectory)
         ->type_name("DIR");
     app.add_option("--namespace", request.nameSpace, "the namespace asked (the host serves " +
