@@ -1,5 +1,7 @@
 #include "ClassContent.h"
 
+#include "Collect.h"
+
 #include <strings.h>
 
 #include "ICIMClass.h"
@@ -13,20 +15,6 @@ using namespace NVURZENTA20;
 namespace {
 
 bool SameName(const std::string& a, const std::string& b) { return strcasecmp(a.c_str(), b.c_str()) == 0; }
-
-template <class X>
-struct TAppend {
-    std::vector<boost::shared_ptr<X> >* target;
-    bool operator()(boost::shared_ptr<X> element) const {
-        target->push_back(element);
-        return true;
-    }
-};
-
-template <class X>
-TAppend<X> AppendTo(std::vector<boost::shared_ptr<X> >& target) {
-    return TAppend<X>{&target};
-}
 
 }  // namespace
 

@@ -162,3 +162,14 @@ void TInstanceRenderer::WritePath(ICIMInstance& instance) {
     view.text = &fPathText;
     fWriter.Path(view);
 }
+
+TInstanceCallback TInstanceRenderer::Writer(bool pathsOnly) {
+    return [this, pathsOnly](boost::shared_ptr<ICIMInstance> instance) {
+        if (pathsOnly) {
+            WritePath(*instance);
+        } else {
+            WriteInstance(*instance);
+        }
+        return true;
+    };
+}

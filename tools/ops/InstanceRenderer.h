@@ -35,6 +35,9 @@ public:
 
     void WriteInstance(NVURZENTA20::ICIMInstance& instance);
     void WritePath(NVURZENTA20::ICIMInstance& instance);
+    // A host enumeration callback that writes each instance (or, with
+    // `pathsOnly`, its path) and goes on.
+    NVURZENTA20::TInstanceCallback Writer(bool pathsOnly);
 
 private:
     struct TShape;

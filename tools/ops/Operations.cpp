@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "Collect.h"
 #include "ICIMMethodDecl.h"
 #include "ICIMParameterDecl.h"
 #include "ICIMPropertyDecl.h"
@@ -46,20 +47,6 @@ bool ReadStatusLine(const std::string& text, int& code, std::string& provider, s
     provider = rest.substr(from + 6, colon - from - 6);
     message = rest.substr(colon + 2);
     return true;
-}
-
-template <class X>
-struct TAppend {
-    std::vector<boost::shared_ptr<X> >* target;
-    bool operator()(boost::shared_ptr<X> element) const {
-        target->push_back(element);
-        return true;
-    }
-};
-
-template <class X>
-TAppend<X> AppendTo(std::vector<boost::shared_ptr<X> >& target) {
-    return TAppend<X>{&target};
 }
 
 bool HasTrueQualifier(const ICIMNamedElement& element, const char* name) {
@@ -403,14 +390,7 @@ void TOperations::EnumerateInstances(const TRequest& request, IAnswerWriter& wri
     }
     TInstanceRenderer renderer(writer, SelectionOf(request, classes.front()));
     writer.Begin(namesOnly ? EAnswerKind::kInstancePaths : EAnswerKind::kInstances);
-    const TInstanceCallback write = [&](boost::shared_ptr<ICIMInstance> instance) {
-        if (namesOnly) {
-            renderer.WritePath(*instance);
-        } else {
-            renderer.WriteInstance(*instance);
-        }
-        return true;
-    };
+    const TInstanceCallback write = renderer.Writer(namesOnly);
     for (const auto& cls : served) {
         const std::string provider = ProviderOf(*cls);
         RequireMiKind(cls->GetName(TCIMContext()), provider, "Instance", "enumerations");
@@ -477,14 +457,7 @@ void TOperations::Associators(const TRequest& request, IAnswerWriter& writer, bo
     TInstanceRenderer renderer(writer, SelectionOf(request, boost::shared_ptr<ICIMClass>()));
     writer.Begin(namesOnly ? EAnswerKind::kObjectPaths : EAnswerKind::kInstances);
     source->EnumerateAssociatedInstances(
-        [&](boost::shared_ptr<ICIMInstance> found) {
-            if (namesOnly) {
-                renderer.WritePath(*found);
-            } else {
-                renderer.WriteInstance(*found);
-            }
-            return true;
-        },
+        renderer.Writer(namesOnly),
         request.filter.assocClass, request.filter.resultClass, request.filter.role, request.filter.resultRole,
         TCIMContext());
     CheckProvider("the associations of " + request.path, "");
@@ -497,14 +470,7 @@ void TOperations::References(const TRequest& request, IAnswerWriter& writer, boo
     TInstanceRenderer renderer(writer, SelectionOf(request, boost::shared_ptr<ICIMClass>()));
     writer.Begin(namesOnly ? EAnswerKind::kObjectPaths : EAnswerKind::kInstances);
     source->EnumerateAssociationInstances(
-        [&](boost::shared_ptr<ICIMInstance> found) {
-            if (namesOnly) {
-                renderer.WritePath(*found);
-            } else {
-                renderer.WriteInstance(*found);
-            }
-            return true;
-        },
+        renderer.Writer(namesOnly),
         request.filter.resultClass, request.filter.role, TCIMContext());
     CheckProvider("the references of " + request.path, "");
     writer.End();
