@@ -11,7 +11,8 @@ namespace {
 
 const char kReplacement[] = "\xEF\xBF\xBD";
 
-// The length of the valid UTF-8 sequence at `at`, or 0.
+}  // namespace
+
 std::size_t Utf8SequenceLength(const std::string& text, std::size_t at) {
     const unsigned char lead = static_cast<unsigned char>(text[at]);
     std::size_t length;
@@ -36,8 +37,6 @@ std::size_t Utf8SequenceLength(const std::string& text, std::size_t at) {
     const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
     return code < minimum || code > 0x10FFFF || surrogate ? 0 : length;
 }
-
-}  // namespace
 
 void TJsonEmitter::AppendEscaped(std::string& out, const std::string& text) {
     out += '"';
