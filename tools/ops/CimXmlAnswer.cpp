@@ -230,9 +230,13 @@ void TCimXmlAnswer::Path(const TPathView& path) {
 
 void TCimXmlAnswer::Method(const TMethodView& method) {
     std::string& out = fOut.Text();
-    // The library does not carry a method's return value to the host; the
-    // answer holds one only when it did arrive.
-    if (!method.returnValue.IsNull()) {
+    // The library does not carry a method's return value to the host. The
+    // answer still starts with a RETURNVALUE, as wbemcli requires one before
+    // the output parameters; without a value to give it holds an empty,
+    // untyped VALUE (wbemcli crashes on a RETURNVALUE without any VALUE).
+    if (method.returnValue.IsNull()) {
+        out += "<RETURNVALUE><VALUE></VALUE></RETURNVALUE>";
+    } else {
         out += "<RETURNVALUE";
         AppendWordAttribute(out, "PARAMTYPE", ParamType(method.returnValue, nullptr));
         out += '>';
