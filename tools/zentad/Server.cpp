@@ -69,11 +69,12 @@ std::string CallText(const TCimCall& call) {
 // What every connection shares.
 struct TShared {
     TShared(const TServerOptions& serverOptions, TWorkerPool& workerPool, const TServerLog& serverLog)
-        : options(serverOptions), pool(workerPool), log(serverLog) {}
+        : options(serverOptions), pool(workerPool), log(serverLog), authenticator(serverOptions.users) {}
 
     const TServerOptions& options;
     TWorkerPool& pool;
     TServerLog log;
+    TAuthenticator authenticator;
     std::atomic<unsigned> connections{0};
     std::atomic<bool> stopping{false};
     std::mutex mutex;
@@ -232,7 +233,7 @@ bool TSession<TStream>::Authorized(const http::request<http::string_body>& reque
     if (!fShared.options.requireAuth) return true;
     const auto header = request.find(http::field::authorization);
     std::string user;
-    if (header != request.end() && fShared.options.users.CheckAuthorization(std::string(header->value()), user)) {
+    if (header != request.end() && fShared.authenticator.Check(std::string(header->value()), user)) {
         return true;
     }
     if (header != request.end()) Log(kWarning, "wrong credentials" + (user.empty() ? "" : " for user " + user));

@@ -112,6 +112,23 @@ bool TUsers::CheckAuthorization(const std::string& header, std::string& user) co
     return Check(user, credentials.substr(colon + 1));
 }
 
+bool TAuthenticator::Check(const std::string& header, std::string& user) {
+    const auto now = std::chrono::steady_clock::now();
+    {
+        std::lock_guard<std::mutex> lock(fMutex);
+        const auto found = fPassed.find(header);
+        if (found != fPassed.end() && found->second.until > now) {
+            user = found->second.user;
+            return true;
+        }
+    }
+    if (!fUsers.CheckAuthorization(header, user)) return false;
+    std::lock_guard<std::mutex> lock(fMutex);
+    if (fPassed.size() >= fCapacity) fPassed.clear();
+    fPassed[header] = TPassed{user, now + std::chrono::seconds(fRememberSeconds)};
+    return true;
+}
+
 std::string HashPassword(const std::string& password) {
     char setting[CRYPT_GENSALT_OUTPUT_SIZE];
     if (crypt_gensalt_rn("$y$", 0, nullptr, 0, setting, sizeof(setting)) == nullptr) {

@@ -5,7 +5,9 @@
 #ifndef ZENTA_ZENTAD_USERS_H
 #define ZENTA_ZENTAD_USERS_H
 
+#include <chrono>
 #include <map>
+#include <mutex>
 #include <string>
 
 class TUsers {
@@ -22,6 +24,30 @@ public:
 
 private:
     std::map<std::string, std::string> fHashes;
+};
+
+// Checks Authorization headers against the users, remembering for a while
+// the exact headers that passed: a hash is meant to be slow (tens of
+// milliseconds), and a client sends the same header with every request.
+// Safe to call from several threads.
+class TAuthenticator {
+public:
+    explicit TAuthenticator(const TUsers& users, int rememberSeconds = 300, std::size_t capacity = 1024)
+        : fUsers(users), fRememberSeconds(rememberSeconds), fCapacity(capacity) {}
+
+    bool Check(const std::string& header, std::string& user);
+
+private:
+    struct TPassed {
+        std::string user;
+        std::chrono::steady_clock::time_point until;
+    };
+
+    const TUsers& fUsers;
+    int fRememberSeconds;
+    std::size_t fCapacity;
+    std::mutex fMutex;
+    std::map<std::string, TPassed> fPassed;
 };
 
 // A salted hash of `password` (yescrypt).
