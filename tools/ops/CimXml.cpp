@@ -4,7 +4,7 @@
 
 #include "ICIMQualifier.h"
 #include "ICIMQualifierDecl.h"
-#include "JsonEmitter.h"
+#include "Utf8Text.h"
 
 using namespace NVURZENTA20;
 typedef TCIMValue::TCIMType TType;
@@ -75,37 +75,25 @@ const char* KeyValueType(TType type) {
 }  // namespace
 
 void AppendXmlEscaped(std::string& out, const std::string& text) {
-    for (std::size_t i = 0; i < text.size();) {
-        const unsigned char c = static_cast<unsigned char>(text[i]);
-        if (c >= 0x80) {
-            const std::size_t length = Utf8SequenceLength(text, i);
-            if (length == 0) {
-                out += kReplacement;
-                ++i;
-            } else {
-                out.append(text, i, length);
-                i += length;
-            }
-            continue;
-        }
+    AppendValidUtf8(out, text, [](std::string& escaped, unsigned char c) {
         switch (c) {
-            case '&': out += "&amp;"; break;
-            case '<': out += "&lt;"; break;
-            case '>': out += "&gt;"; break;
-            case '"': out += "&quot;"; break;
-            case '\'': out += "&apos;"; break;
-            case '\t': out += "&#9;"; break;
-            case '\n': out += "&#10;"; break;
-            case '\r': out += "&#13;"; break;
+            case '&': escaped += "&amp;"; break;
+            case '<': escaped += "&lt;"; break;
+            case '>': escaped += "&gt;"; break;
+            case '"': escaped += "&quot;"; break;
+            case '\'': escaped += "&apos;"; break;
+            case '\t': escaped += "&#9;"; break;
+            case '\n': escaped += "&#10;"; break;
+            case '\r': escaped += "&#13;"; break;
             default:
+                // XML 1.0 cannot carry other control characters, not even as references.
                 if (c < 0x20 || c == 0x7F) {
-                    out += kReplacement;
+                    escaped += kReplacement;
                 } else {
-                    out += static_cast<char>(c);
+                    escaped += static_cast<char>(c);
                 }
         }
-        ++i;
-    }
+    });
 }
 
 void AppendXmlAttribute(std::string& out, const char* name, const std::string& value) {

@@ -11,10 +11,6 @@
 
 #include "TCIMValue.h"
 
-// The length of the valid UTF-8 sequence at `at` of `text`, or 0 (the CIM-XML
-// writer checks text the same way).
-std::size_t Utf8SequenceLength(const std::string& text, std::size_t at);
-
 class TJsonEmitter {
 public:
     explicit TJsonEmitter(std::string& out) : fOut(&out) {}
