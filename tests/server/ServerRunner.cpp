@@ -131,8 +131,9 @@ TZentad::TZentad(const std::vector<std::string>& arguments, const std::vector<st
         line += c;
     }
     close(out[0]);
-    const std::size_t at = line.find("http://");
-    const std::size_t end = line.find('/', at == std::string::npos ? 0 : at + 7);
+    const std::size_t scheme = line.find("://");
+    const std::size_t at = scheme == std::string::npos ? scheme : line.rfind(' ', scheme) + 1;
+    const std::size_t end = line.find('/', scheme == std::string::npos ? 0 : scheme + 3);
     if (at == std::string::npos || end == std::string::npos) {
         Stop();
         throw std::runtime_error("zentad did not start: " + line + Log());
@@ -146,7 +147,8 @@ TZentad::~TZentad() {
 }
 
 std::string TZentad::Base(const std::string& credentials) const {
-    return credentials.empty() ? fBase : "http://" + credentials + "@" + fBase.substr(7);
+    const std::size_t host = fBase.find("://") + 3;
+    return credentials.empty() ? fBase : fBase.substr(0, host) + credentials + "@" + fBase.substr(host);
 }
 
 std::string TZentad::Object(const std::string& object, const std::string& credentials) const {

@@ -28,7 +28,7 @@ public:
     // Stops it with SIGTERM if it still runs.
     ~TZentad();
 
-    // "http://127.0.0.1:PORT", with "user:password@" when given.
+    // "http://127.0.0.1:PORT" (https with TLS), with "user:password@" when given.
     std::string Base(const std::string& credentials = "") const;
     // The URL wbemcli takes for an object of the namespace.
     std::string Object(const std::string& object, const std::string& credentials = "") const;

@@ -438,6 +438,39 @@ TEST(ServerSecurity, RefusesToServeWithoutAuthenticationBeyondLoopback) {
     EXPECT_NE(nobody.err.find("--users"), std::string::npos) << nobody.err;
 }
 
+TEST(ServerSecurity, ServesHttpsWithTheCertificateGiven) {
+    REQUIRE_CLIENTS();
+#ifndef ZENTAD_TLS
+    GTEST_SKIP() << "this zentad was built without TLS (no OpenSSL for the target)";
+#endif
+    if (access(OPENSSL, X_OK) != 0) GTEST_SKIP() << "the openssl program is not installed";
+    char directory[] = "/tmp/zentad-tls-XXXXXX";
+    ASSERT_NE(mkdtemp(directory), nullptr);
+    const std::string key = std::string(directory) + "/key.pem";
+    const std::string certificate = std::string(directory) + "/cert.pem";
+    const TProgramRun made = RunProgram({OPENSSL, "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "1",
+                                         "-subj", "/CN=localhost", "-keyout", key, "-out", certificate});
+    ASSERT_EQ(made.status, 0) << made.err;
+    {
+        TZentad server({"--no-auth", "--tls-cert", certificate, "--tls-key", key, "--workers", "1"});
+        const std::string base = server.Base();
+        ASSERT_EQ(base.rfind("https://", 0), 0u) << base;
+        const TProgramRun cats = Wbemcli({"-noverify", "ein", base + "/root/cimv2:ZENTA_Cat"});
+        EXPECT_EQ(cats.status, 0) << cats.err;
+        EXPECT_EQ(ShownPaths(cats.out).size(), 3u) << cats.out;
+        // Plain HTTP on the TLS port gets nowhere, and the server lives on.
+        const THttpAnswer plain = Curl("http://" + base.substr(8) + "/cimom", IntrinsicCall("EnumerateQualifiers", ""),
+                                       CimHeaders("EnumerateQualifiers"));
+        EXPECT_EQ(plain.status, 0);
+        const THttpAnswer secure = Curl(base + "/cimom", IntrinsicCall("EnumerateQualifiers", ""),
+                                        CimHeaders("EnumerateQualifiers"), {"-k"});
+        EXPECT_EQ(secure.status, 200);
+    }
+    unlink(key.c_str());
+    unlink(certificate.c_str());
+    rmdir(directory);
+}
+
 class FaultyProviders : public ::testing::Test {
 protected:
     void SetUp() override {
