@@ -527,6 +527,25 @@ TEST_F(FaultyProviders, StreamsLargeAnswersInChunksAndReportsLateFailuresInTrail
     EXPECT_EQ(failed.body.find("</CIM>"), std::string::npos);
 }
 
+TEST(ServerLifetime, ReplacesWorkersAfterTheirRequestsOrWhenTheirMemoryGrew) {
+    REQUIRE_CLIENTS();
+    TZentad counted({"--no-auth", "--workers", "1", "--recycle-requests", "2"});
+    for (int i = 0; i < 5; ++i) {
+        const TProgramRun run = Wbemcli({"ein", counted.Object("ZENTA_Cat")});
+        EXPECT_EQ(run.status, 0) << run.err;
+        EXPECT_EQ(ShownPaths(run.out).size(), 3u);
+    }
+    EXPECT_NE(counted.Log().find("worker 0 replaced: it served 2 requests"), std::string::npos) << counted.Log();
+
+    TZentad grown({"--no-auth", "--workers", "1", "--recycle-memory", "1", "--providers", ZENTAD_TEST_MODULES},
+                  {"FAULTY_COUNT=50000"});
+    EXPECT_EQ(Wbemcli({"ein", grown.Object("Faulty_Many")}).status, 0);
+    const TProgramRun after = Wbemcli({"ein", grown.Object("Faulty_Many")});
+    EXPECT_EQ(after.status, 0) << after.err;
+    EXPECT_EQ(ShownPaths(after.out).size(), 50000u);
+    EXPECT_NE(grown.Log().find("worker 0 replaced: its memory grew by"), std::string::npos) << grown.Log();
+}
+
 TEST(ServerLifetime, FinishesTheAnswerInProgressWhenAskedToStop) {
     REQUIRE_CLIENTS();
     TZentad server({"--no-auth", "--providers", ZENTAD_TEST_MODULES}, {"FAULTY_COUNT=200000"});

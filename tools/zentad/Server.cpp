@@ -574,8 +574,14 @@ private:
             beast::error_code ignored;
             for (auto& acceptor : fAcceptors) acceptor->close(ignored);
         });
-        std::lock_guard<std::mutex> lock(fShared.mutex);
-        for (auto& closer : fShared.closers) closer.second();
+        // Called without the lock: a closer may drop the last reference to
+        // its session, whose destructor takes the lock.
+        std::vector<std::function<void()> > closers;
+        {
+            std::lock_guard<std::mutex> lock(fShared.mutex);
+            for (auto& closer : fShared.closers) closers.push_back(closer.second);
+        }
+        for (auto& closer : closers) closer();
     }
 
     void Accept(const std::shared_ptr<tcp::acceptor>& acceptor) {
