@@ -52,8 +52,12 @@ void AppendTypeAttributes(std::string& out, TType type, const std::string& refer
     if (isArray) AppendWordAttribute(out, "TYPE", "reference");
 }
 
-void AppendOrigin(std::string& out, const std::string& origin, const std::string& className, bool include) {
-    if (!include || origin.empty()) return;
+// CLASSORIGIN (and PROPAGATED when the element comes from a superclass).
+template <class TElement>
+void AppendOrigin(std::string& out, const TElement& element, const std::string& className, bool include) {
+    if (!include) return;
+    const std::string origin = element.GetClassOrigin();
+    if (origin.empty()) return;
     AppendXmlAttribute(out, "CLASSORIGIN", origin);
     if (strcasecmp(origin.c_str(), className.c_str()) != 0) out += " PROPAGATED=\"true\"";
 }
@@ -66,7 +70,7 @@ void AppendPropertyDecl(std::string& out, const ICIMPropertyDecl& property, cons
     out += element;
     AppendXmlAttribute(out, "NAME", property.GetName());
     AppendTypeAttributes(out, type, property.GetReferenceClassName(), property.IsArray());
-    AppendOrigin(out, property.GetClassOrigin(), className, view.includeClassOrigin);
+    AppendOrigin(out, property, className, view.includeClassOrigin);
     out += '>';
     if (view.includeQualifiers) AppendQualifiers(out, property);
     AppendCimXmlValue(out, property.GetDefaultValue());
@@ -101,7 +105,7 @@ void AppendMethodDecl(std::string& out, const ICIMMethodDecl& method, const TCla
     AppendXmlAttribute(out, "NAME", method.GetName());
     const char* returnType = CimXmlTypeName(method.GetReturnType());
     if (*returnType != '\0') AppendWordAttribute(out, "TYPE", returnType);
-    AppendOrigin(out, method.GetClassOrigin(), className, view.includeClassOrigin);
+    AppendOrigin(out, method, className, view.includeClassOrigin);
     out += '>';
     if (view.includeQualifiers) AppendQualifiers(out, method);
     for (const auto& parameter : ParametersOf(method)) AppendParameter(out, *parameter, view.includeQualifiers);
@@ -179,8 +183,11 @@ void TCimXmlAnswer::AppendProperty(std::string& out, const TPropertyView& proper
     out += '<';
     out += element;
     AppendXmlAttribute(out, "NAME", *property.name);
-    AppendTypeAttributes(out, type, decl != nullptr ? decl->GetReferenceClassName() : std::string(), isArray);
-    if (decl != nullptr) AppendOrigin(out, decl->GetClassOrigin(), *instance.className, instance.includeClassOrigin);
+    // The reference class is asked only of references: it is a string made per call.
+    AppendTypeAttributes(out, type,
+                         decl != nullptr && type == TType::kReference ? decl->GetReferenceClassName() : std::string(),
+                         isArray);
+    if (decl != nullptr) AppendOrigin(out, *decl, *instance.className, instance.includeClassOrigin);
     if (type == TType::kString) out += EmbeddedObjectAttribute(decl);
     out += '>';
     if (instance.includeQualifiers && decl != nullptr) AppendQualifiers(out, *decl);

@@ -285,10 +285,12 @@ void TSession<TStream>::Dispatch() {
     }
 }
 
-// Receives the worker's blocks and sends them on. It keeps the latest
-// block back until the next one arrives or the answer ends: an answer that
-// fits in one block goes out whole with its length, or as an ERROR
-// document when the request fails; a longer one is streamed in chunks.
+// Receives the worker's blocks and sends them on. The worker passes a
+// block on once it holds 64 KB; only the answer's last block is smaller. A
+// smaller block is therefore the whole answer when nothing came before it:
+// it is kept until the worker says how the request ended, and goes out with
+// its length, or as an ERROR document when the request failed. A full block
+// starts a stream of chunks, each sent straight from the worker's buffer.
 template <class TStream>
 class TSession<TStream>::TAnswerSink : public IByteSink {
 public:
@@ -296,9 +298,12 @@ public:
 
     void Write(const char* data, std::size_t size) override {
         if (fGone) return;  // the worker's answer still has to be drained
-        if (fHasPending) SendPending();
-        fPending.assign(data, size);
-        fHasPending = true;
+        if (!fStreaming && size < kWorkerBlockBytes) {
+            fLast.append(data, size);
+            return;
+        }
+        StartStream();
+        SendPiece(data, size);
     }
 
     // Ends the answer; false when the connection cannot be used again.
@@ -309,11 +314,11 @@ public:
             if (!fStreaming) {
                 const std::string start = EnvelopeStart(call);
                 const std::string end = EnvelopeEnd(call);
-                const std::string head = fSession.ResponseHead(start.size() + fPending.size() + end.size());
-                return fSession.WriteAndWait({net::buffer(head), net::buffer(start), net::buffer(fPending), net::buffer(end)});
+                const std::string head = fSession.ResponseHead(start.size() + fLast.size() + end.size());
+                return fSession.WriteAndWait({net::buffer(head), net::buffer(start), net::buffer(fLast), net::buffer(end)});
             }
-            if (fHasPending) SendPending();
-            return SendPiece(EnvelopeEnd(call)) && EndStream({});
+            const std::string end = fLast + EnvelopeEnd(call);
+            return SendPiece(end.data(), end.size()) && EndStream({});
         }
         const std::string description = outcome.Describe(CallText(call), timeoutSeconds);
         const ECimStatus status = outcome.Status();
@@ -330,25 +335,34 @@ public:
     }
 
 private:
-    void SendPending() {
-        if (!fStreaming) {
-            fStreaming = true;
-            const std::string head = fSession.StreamHead();
-            if (!fSession.WriteAndWait({net::buffer(head)}) || !SendPiece(EnvelopeStart(fSession.fCall))) return;
+    // The worker's block size (Worker.cpp). Were it ever larger, answers
+    // between the two sizes would be streamed: still whole, only without a
+    // length.
+    static const std::size_t kWorkerBlockBytes = 64 * 1024;
+
+    void StartStream() {
+        if (fStreaming) return;
+        fStreaming = true;
+        const std::string head = fSession.StreamHead();
+        const std::string start = EnvelopeStart(fSession.fCall) + fLast;
+        fLast.clear();
+        if (!fSession.WriteAndWait({net::buffer(head)})) {
+            fGone = true;
+            return;
         }
-        SendPiece(fPending);
-        fHasPending = false;
+        SendPiece(start.data(), start.size());
     }
 
-    bool SendPiece(const std::string& data) {
+    bool SendPiece(const char* data, std::size_t size) {
         if (fGone) return false;
         bool sent;
         if (fSession.fChunked) {
-            char size[24];
-            std::snprintf(size, sizeof(size), "%zx\r\n", data.size());
-            sent = fSession.WriteAndWait({net::buffer(size, std::strlen(size)), net::buffer(data), net::buffer("\r\n", 2)});
+            char length[24];
+            std::snprintf(length, sizeof(length), "%zx\r\n", size);
+            sent = fSession.WriteAndWait(
+                {net::buffer(length, std::strlen(length)), net::buffer(data, size), net::buffer("\r\n", 2)});
         } else {
-            sent = fSession.WriteAndWait({net::buffer(data)});
+            sent = fSession.WriteAndWait({net::buffer(data, size)});
         }
         fGone = !sent;
         return sent;
@@ -361,8 +375,7 @@ private:
     }
 
     TSession& fSession;
-    std::string fPending;
-    bool fHasPending = false;
+    std::string fLast;  // a last block, kept until the answer ends
     bool fStreaming = false;
     bool fGone = false;
 };
