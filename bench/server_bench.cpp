@@ -13,6 +13,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -195,11 +196,13 @@ void SmallRequests(benchmark::State& state) {
 BENCHMARK(SmallRequests)->Threads(1)->Threads(8)->UseRealTime()->MinTime(3);
 
 // One enumeration of 100,000 instances through zentad (its start, the
-// request, its stop) against one `zenta ei` run; CPU of every process.
+// request, its stop) against one `zenta ei` run; CPU of every process. Each
+// side's figure is the least of the runs: the machine is shared, and other
+// work only ever adds.
 void LargeEnumeration(benchmark::State& state) {
     const std::string count = "BENCH_ITEM_COUNT=" + std::to_string(kLargeCount);
-    TUsage server;
-    TUsage tool;
+    TUsage server{1e9, 0};
+    TUsage tool{1e9, 0};
     std::size_t bytes = 0;
     long frontPeak = 0;
     for (auto _ : state) {
@@ -208,12 +211,16 @@ void LargeEnumeration(benchmark::State& state) {
             TClient client(instance.Port());
             bytes = client.Ask("EnumerateInstances", EnumerateItems());
         }
-        frontPeak = PeakOf(instance.Pid());
-        server = instance.Stop();
+        frontPeak = std::max(frontPeak, PeakOf(instance.Pid()));
+        const TUsage served = instance.Stop();
         const int null = open("/dev/null", O_WRONLY);
-        tool = Reap(Spawn({ZENTA, "--providers", kModules, "ei", "Bench_Item"}, count, null));
+        const TUsage ran = Reap(Spawn({ZENTA, "--providers", kModules, "ei", "Bench_Item"}, count, null));
         close(null);
-        state.SetIterationTime(server.cpuSeconds);
+        server.cpuSeconds = std::min(server.cpuSeconds, served.cpuSeconds);
+        server.peakKilobytes = std::max(server.peakKilobytes, served.peakKilobytes);
+        tool.cpuSeconds = std::min(tool.cpuSeconds, ran.cpuSeconds);
+        tool.peakKilobytes = std::max(tool.peakKilobytes, ran.peakKilobytes);
+        state.SetIterationTime(served.cpuSeconds);
     }
     state.counters["server_cpu_s"] = server.cpuSeconds;
     state.counters["zenta_cpu_s"] = tool.cpuSeconds;
@@ -224,7 +231,7 @@ void LargeEnumeration(benchmark::State& state) {
     state.counters["memory_ratio"] = static_cast<double>(server.peakKilobytes) / static_cast<double>(tool.peakKilobytes);
     state.counters["answer_mb"] = static_cast<double>(bytes) / 1e6;
 }
-BENCHMARK(LargeEnumeration)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
+BENCHMARK(LargeEnumeration)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -72,9 +72,23 @@ const char* KeyValueType(TType type) {
     return "string";
 }
 
+// True when every byte of `text` goes into XML as it is: printable ASCII
+// other than the markup characters. Most names and values are.
+bool IsPlainXml(const std::string& text) {
+    for (const char ch : text) {
+        const unsigned char c = static_cast<unsigned char>(ch);
+        if (c < 0x20 || c >= 0x7F || c == '&' || c == '<' || c == '>' || c == '"' || c == '\'') return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 void AppendXmlEscaped(std::string& out, const std::string& text) {
+    if (IsPlainXml(text)) {
+        out += text;
+        return;
+    }
     AppendValidUtf8(out, text, [](std::string& escaped, unsigned char c) {
         switch (c) {
             case '&': escaped += "&amp;"; break;
