@@ -191,7 +191,8 @@ void SmallRequests(benchmark::State& state) {
     std::size_t bytes = 0;
     for (auto _ : state) bytes += client.Ask("EnumerateInstances", call);
     state.SetItemsProcessed(state.iterations());
-    state.counters["answer_bytes"] = static_cast<double>(bytes) / static_cast<double>(state.iterations());
+    state.counters["answer_bytes"] = benchmark::Counter(static_cast<double>(bytes) / static_cast<double>(state.iterations()),
+                                                        benchmark::Counter::kAvgThreads);
 }
 BENCHMARK(SmallRequests)->Threads(1)->Threads(8)->UseRealTime()->MinTime(3);
 

@@ -25,12 +25,11 @@ struct TServerOptions {
     std::size_t maxHeaderBytes = 16 * 1024;
     std::size_t maxBodyBytes = 4 * 1024 * 1024;
     TCallLimits callLimits;
-    int readTimeoutSeconds = 30;      // a request's head and body
-    int idleTimeoutSeconds = 60;      // between requests of a connection
+    int readTimeoutSeconds = 30;      // a request's head and body, or the wait for one
     int writeTimeoutSeconds = 60;     // one block of an answer to the client
     int requestTimeoutSeconds = 120;  // the worker's answer
     unsigned maxConnections = 256;
-    unsigned ioThreads = 2;
+    unsigned ioThreads = 2;           // the HTTP side; providers run in the workers
     int shutdownGraceSeconds = 30;    // for requests in progress at SIGTERM
 };
 

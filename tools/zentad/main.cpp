@@ -172,7 +172,6 @@ int main(int argc, char** argv) {
     TDaemonOptions options;
     const unsigned cpus = std::thread::hardware_concurrency();
     options.pool.workers = cpus == 0 ? 1 : (cpus > 8 ? 8 : cpus);
-    bool listenGiven = false;
     app.add_option("--providers", options.serve.providerDirectory, "serve the provider modules of DIR")
         ->check(CLI::ExistingDirectory)
         ->type_name("DIR");
@@ -180,10 +179,7 @@ int main(int argc, char** argv) {
         ->type_name("DIR");
     app.add_option_function<std::vector<std::string> >(
            "--listen",
-           [&](const std::vector<std::string>& addresses) {
-               options.server.listen = addresses;
-               listenGiven = true;
-           },
+           [&](const std::vector<std::string>& addresses) { options.server.listen = addresses; },
            "listen on ADDR:PORT (repeatable; default 127.0.0.1:5988; port 0 picks a free one)")
         ->type_name("ADDR:PORT");
     app.add_option("--namespace", options.serve.servedNamespace, "the namespace served (default root/cimv2)")
@@ -235,11 +231,9 @@ int main(int argc, char** argv) {
         return app.exit(error) == 0 ? 0 : kUsageError;
     }
     if (passwd->parsed()) return Passwd(passwdFile, passwdUser);
-    (void)listenGiven;
     if (!options.schemaDirectory.empty()) {
         std::fprintf(stderr, "zentad: --schema is not supported by this host yet\n");
         return kUsageError;
     }
-    options.server.ioThreads = 2;
     return Serve(options);
 }
