@@ -503,6 +503,36 @@ TEST_F(FaultyProviders, ACrashOrAHangCostsOneRequestAndTheNextIsAnswered) {
         << fServer->Log();
 }
 
+TEST(ServerLoad, RefusesWhatTheQueueCannotHoldWithServiceUnavailable) {
+    REQUIRE_CLIENTS();
+    // One worker, one place in the queue: of three requests for a provider
+    // that hangs, one at least finds both taken, however they interleave.
+    TZentad server({"--no-auth", "--providers", ZENTAD_TEST_MODULES, "--workers", "1", "--queue", "1",
+                    "--request-timeout", "2"});
+    const std::string call = IntrinsicCall(
+        "EnumerateInstanceNames", "<IPARAMVALUE NAME=\"ClassName\"><CLASSNAME NAME=\"Faulty_Hang\"/></IPARAMVALUE>");
+    std::vector<THttpAnswer> answers(3);
+    std::vector<std::thread> clients;
+    for (THttpAnswer& answer : answers) {
+        clients.emplace_back([&] { answer = Curl(server.Base() + "/cimom", call, CimHeaders("EnumerateInstanceNames")); });
+    }
+    for (std::thread& client : clients) client.join();
+    int refused = 0;
+    for (const THttpAnswer& answer : answers) {
+        if (answer.status == 503) {
+            ++refused;
+            EXPECT_EQ(answer.Header("retry-after"), "1");
+        } else {
+            EXPECT_EQ(answer.status, 200);
+            EXPECT_NE(answer.body.find("<ERROR CODE=\"1\""), std::string::npos) << answer.body;
+        }
+    }
+    EXPECT_GE(refused, 1);
+    EXPECT_LE(refused, 2);
+    // Once the worker is free again, requests are answered.
+    EXPECT_EQ(Wbemcli({"ein", server.Object("Faulty_Many")}).status, 0);
+}
+
 TEST_F(FaultyProviders, StreamsLargeAnswersInChunksAndReportsLateFailuresInTrailers) {
     const std::string url = fServer->Base() + "/cimom";
     const std::string many = IntrinsicCall(
