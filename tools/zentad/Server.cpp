@@ -678,14 +678,17 @@ private:
         std::make_shared<TSession<beast::tcp_stream> >(beast::tcp_stream(std::move(socket)), fShared, peer)->Start();
     }
 
-    net::io_context fIo;
+    // What sessions refer to comes first: destroying the I/O context
+    // destroys the handlers that still hold sessions (a stop whose grace
+    // ran out), and their destructors use these.
     TShared fShared;
-    net::signal_set fSignals;
-    std::promise<void> fStopRequested;
-    std::vector<std::shared_ptr<tcp::acceptor> > fAcceptors;
 #ifdef ZENTAD_TLS
     std::unique_ptr<net::ssl::context> fTls;
 #endif
+    net::io_context fIo;
+    net::signal_set fSignals;
+    std::promise<void> fStopRequested;
+    std::vector<std::shared_ptr<tcp::acceptor> > fAcceptors;
 };
 
 TServer::TServer(const TServerOptions& options, TWorkerPool& pool, const TServerLog& log)

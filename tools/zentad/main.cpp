@@ -218,6 +218,10 @@ int main(int argc, char** argv) {
     app.add_option("--max-connections", options.server.maxConnections, "open connections at most (default 256)")
         ->check(CLI::PositiveNumber)
         ->type_name("N");
+    app.add_option("--shutdown-grace", options.server.shutdownGraceSeconds,
+                   "on SIGTERM, wait up to S seconds for the answers in progress (default 30)")
+        ->check(CLI::NonNegativeNumber)
+        ->type_name("S");
 
     std::string passwdFile;
     std::string passwdUser;
