@@ -604,12 +604,12 @@ TEST(ServerLifetime, FinishesTheAnswerInProgressWhenAskedToStop) {
 
 TEST(ServerLifetime, EndsCleanlyWhenTheGraceRunsOutDuringAnAnswer) {
     REQUIRE_CLIENTS();
-    // No grace: the front stops at once while the worker still answers; the
-    // connection's last handlers are dropped with the I/O side.
-    TZentad server({"--no-auth", "--providers", ZENTAD_TEST_MODULES, "--shutdown-grace", "0"},
-                   {"FAULTY_COUNT=100000"});
+    // No grace, and a provider that hangs: the front stops at once while the
+    // worker is still asked; the connection's last handlers are dropped with
+    // the I/O side once the request has timed out.
+    TZentad server({"--no-auth", "--providers", ZENTAD_TEST_MODULES, "--shutdown-grace", "0", "--request-timeout", "3"});
     const std::string call = IntrinsicCall(
-        "EnumerateInstanceNames", "<IPARAMVALUE NAME=\"ClassName\"><CLASSNAME NAME=\"Faulty_Many\"/></IPARAMVALUE>");
+        "EnumerateInstanceNames", "<IPARAMVALUE NAME=\"ClassName\"><CLASSNAME NAME=\"Faulty_Hang\"/></IPARAMVALUE>");
     THttpAnswer answer;
     std::thread client([&] { answer = Curl(server.Base() + "/cimom", call, CimHeaders("EnumerateInstanceNames")); });
     sleep(1);
