@@ -559,6 +559,15 @@ TEST_F(FaultyProviders, StreamsLargeAnswersInChunksAndReportsLateFailuresInTrail
     EXPECT_NE(failed.body.find("CIMStatusCodeDescription: Faulty_Late: provider Faulty_Provider: CIM_ERR_ACCESS_DENIED: gave up late"),
               std::string::npos);
     EXPECT_EQ(failed.body.find("</CIM>"), std::string::npos);
+
+    // wbemcli reads the trailer when it asks for one (-cte); without, it
+    // sees the answer break off, never a shorter answer that looks whole.
+    const TProgramRun reading = Wbemcli({"-cte", "ein", fServer->Object("Faulty_Late")});
+    EXPECT_NE(reading.status, 0);
+    EXPECT_NE((reading.out + reading.err).find("(2) CIM_ERR_ACCESS_DENIED"), std::string::npos) << reading.err;
+    const TProgramRun plain = Wbemcli({"ein", fServer->Object("Faulty_Late")});
+    EXPECT_NE(plain.status, 0);
+    EXPECT_NE((plain.out + plain.err).find("partial"), std::string::npos) << plain.out << plain.err;
 }
 
 TEST(ServerLifetime, ReplacesWorkersAfterTheirRequestsOrWhenTheirMemoryGrew) {
