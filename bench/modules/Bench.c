@@ -1,9 +1,11 @@
 /* The benchmark provider BenchItem: serves Bench_Item with
  * bench_item_count instances of five properties each (string key, uint32,
  * uint64, string, date-time). The benchmark sets the count through dlsym
- * before it enumerates. The date-time is made once per request and set on
+ * before it enumerates (or BENCH_ITEM_COUNT in the environment says it).
+ * The date-time is made once per request and set on
  * every instance, as a provider that stamps a whole answer would. */
 #include <stdio.h>
+#include <stdlib.h>
 
 #include "cmpidt.h"
 #include "cmpift.h"
@@ -41,7 +43,11 @@ static CMPIStatus BenchItem_EnumInstances(CMPIInstanceMI* mi, const CMPIContext*
     CMPIDateTime* stamp = CMNewDateTimeFromChars(itemBroker, "20240102030405.000000+000", NULL);
     unsigned int i;
     (void)mi; (void)ctx; (void)properties;
-    for (i = 0; i < bench_item_count; ++i) {
+    /* A provider in another process (zentad's worker) is told its count
+     * through the environment. */
+    const char* requested = getenv("BENCH_ITEM_COUNT");
+    unsigned int count = requested != NULL ? (unsigned int)strtoul(requested, NULL, 10) : bench_item_count;
+    for (i = 0; i < count; ++i) {
         CMPIInstance* inst = makeItem(ns, i, stamp);
         if (inst == NULL) CMReturn(CMPI_RC_ERR_FAILED);
         CMReturnInstance(rslt, inst);

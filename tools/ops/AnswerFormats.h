@@ -8,6 +8,9 @@
 #include "Answer.h"
 #include "Request.h"
 
-std::unique_ptr<IAnswerWriter> MakeAnswerWriter(EFormat format, TOutputBuffer& out, const std::string& servedNamespace);
+// The writer of `request.format` (the CIM-XML writer shapes its elements by
+// the request's verb).
+std::unique_ptr<IAnswerWriter> MakeAnswerWriter(const TRequest& request, TOutputBuffer& out,
+                                                const std::string& servedNamespace);
 
 #endif

@@ -77,8 +77,13 @@ TInstanceRenderer::TShape& TInstanceRenderer::ShapeOf(ICIMInstance& instance) {
     const boost::shared_ptr<ICIMClass> cls = instance.GetClass(TCIMContext());
     if (!cls) throw TZENTAException(TZENTAStatusCode::kInvalidClass, "an instance without a class");
     if (fLastShape != nullptr && fLastShape->cls.get() == cls.get()) return *fLastShape;
+    // The CMPI namespace hands out a class object of its own with each
+    // instance of an enumeration: shapes are found by the class's name, or
+    // there would be one per instance, each searched for the next.
+    const std::string name = cls->GetName(TCIMContext());
+    if (fLastShape != nullptr && fLastShape->className == name) return *fLastShape;
     for (auto& shape : fShapes) {
-        if (shape->cls.get() == cls.get()) return *(fLastShape = shape.get());
+        if (shape->className == name) return *(fLastShape = shape.get());
     }
     fLastShape = &BuildShape(cls);
     return *fLastShape;

@@ -86,7 +86,7 @@ void Answer(TOperations& operations, const TRequest& request, TChannel& channel,
     ECimStatus status = ECimStatus::kFailed;
     std::string message;
     try {
-        std::unique_ptr<IAnswerWriter> writer = MakeAnswerWriter(request.format, buffer, servedNamespace);
+        std::unique_ptr<IAnswerWriter> writer = MakeAnswerWriter(request, buffer, servedNamespace);
         operations.Run(request, *writer);
         buffer.Flush();
         channel.Send(EFrame::kDone, "");

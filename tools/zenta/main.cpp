@@ -16,6 +16,7 @@
 #include "Check.h"
 #include "ModuleProbe.h"
 #include "Request.h"
+#include "ServeOptionsCli.h"
 #include "ServedDirectory.h"
 #include "ToolError.h"
 #include "Worker.h"
@@ -156,19 +157,7 @@ int main(int argc, char** argv) {
     TToolOptions options;
     TRequest request;
     app.add_flag("--json", options.json, "print one JSON document instead of MOF-style text");
-    app.add_option("--providers", options.serve.providerDirectory, "serve the provider modules of DIR")
-        ->check(CLI::ExistingDirectory)
-        ->type_name("DIR");
-    app.add_option("--log-level", options.serve.logLevel, "log messages of levels 0 (errors) to N (4: everything)")
-        ->check(CLI::Range(0, 4))
-        ->type_name("N");
-    app.add_option("--log-file", options.serve.logFile, "append log messages to F instead of stderr")->type_name("F");
-    app.add_option("--schema", options.serve.schemaDirectories,
-                   "read the class documents (*.mof, *.xml) of DIR before the modules; repeatable "
-                   "(default: ZENTA_SCHEMA_PATH, directories separated by :)")
-        ->allow_extra_args(false)  // one directory per --schema
-        ->check(CLI::ExistingDirectory)
-        ->type_name("DIR");
+    AddServeOptions(app, options.serve, "1, or ZENTA_LOG_LEVEL");
     app.add_option("--namespace", request.nameSpace, "the namespace asked (the host serves " +
                                                          options.serve.servedNamespace + ")")
         ->type_name("NS");
@@ -245,7 +234,7 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kUsageError;
     }
-    if (options.serve.schemaDirectories.empty()) options.serve.schemaDirectories = SchemaPathFromEnvironment();
+    ApplyServeEnvironment(options.serve);
     if (check->parsed()) {
         if (!checkDirectory.empty()) options.serve.providerDirectory = checkDirectory;
         return RunCheck(options.serve, options.timeoutSeconds, options.json);

@@ -1,0 +1,52 @@
+// Answers as WBEM clients read them: the CIM-XML elements that go inside
+// an intrinsic method's IRETURNVALUE (instances with their names, paths,
+// classes, class names, qualifier declarations) or, for a method call, the
+// RETURNVALUE and PARAMVALUE elements of its METHODRESPONSE. The server
+// writes the envelope around them, so that a request that fails before
+// anything was sent can still be answered with an ERROR element instead.
+#ifndef ZENTA_OPS_CIMXMLANSWER_H
+#define ZENTA_OPS_CIMXMLANSWER_H
+
+#include <string>
+#include <unordered_map>
+
+#include "Answer.h"
+#include "Request.h"
+
+class TCimXmlAnswer : public IAnswerWriter {
+public:
+    // `verb` tells instances of an enumeration (VALUE.NAMEDINSTANCE) from
+    // those of a walk (VALUE.OBJECTWITHPATH); `host` and `nameSpace` make
+    // the full paths that walks answer with.
+    TCimXmlAnswer(TOutputBuffer& out, EVerb verb, const std::string& host, const std::string& nameSpace);
+
+    void Begin(EAnswerKind kind) override { fKind = kind; }
+    void Provider(const TProviderView& provider) override;
+    void ClassSummary(const TClassSummary& summary) override;
+    void ClassName(const std::string& name) override;
+    void Class(const TClassView& cls) override;
+    void Instance(const TInstanceView& instance) override;
+    void Path(const TPathView& path) override;
+    void Method(const TMethodView& method) override;
+    void QualifierDecl(const NVURZENTA20::ICIMQualifierDecl& decl) override;
+    void End() override {}
+
+private:
+    void AppendInstance(std::string& out, const TInstanceView& instance);
+    void AppendProperty(std::string& out, const TPropertyView& property, const TInstanceView& instance);
+    // ` EmbeddedObject="object"` for a string property that holds one.
+    const char* EmbeddedObjectAttribute(const NVURZENTA20::ICIMPropertyDecl* decl);
+
+    TOutputBuffer& fOut;
+    EVerb fVerb;
+    std::string fHost;
+    std::string fNameSpace;
+    EAnswerKind fKind = EAnswerKind::kInstances;
+    // Whether a declaration carries EmbeddedObject, asked once per request.
+    std::unordered_map<const void*, const char*> fEmbedded;
+};
+
+// The host name that full paths name: this machine's.
+std::string LocalHostName();
+
+#endif

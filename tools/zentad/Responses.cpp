@@ -1,0 +1,91 @@
+#include "Responses.h"
+
+#include <cstdio>
+
+#include "CimXml.h"
+
+namespace {
+
+const char kDocumentStart[] = "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">";
+
+const char* ReasonPhrase(int status) {
+    switch (status) {
+        case 200: return "OK";
+        case 400: return "Bad Request";
+        case 401: return "Unauthorized";
+        case 403: return "Forbidden";
+        case 405: return "Method Not Allowed";
+        case 408: return "Request Timeout";
+        case 413: return "Payload Too Large";
+        case 431: return "Request Header Fields Too Large";
+        case 500: return "Internal Server Error";
+        case 501: return "Not Implemented";
+        case 503: return "Service Unavailable";
+        default: return "Error";
+    }
+}
+
+std::string ResponseStart(const TCimCall& call) {
+    std::string text = kDocumentStart;
+    text += "<MESSAGE";
+    AppendXmlAttribute(text, "ID", call.messageId);
+    text += " PROTOCOLVERSION=\"1.0\"><SIMPLERSP><";
+    text += call.intrinsic ? "IMETHODRESPONSE" : "METHODRESPONSE";
+    AppendXmlAttribute(text, "NAME", call.methodName);
+    text += '>';
+    return text;
+}
+
+std::string ResponseEnd(const TCimCall& call) {
+    return std::string("</") + (call.intrinsic ? "IMETHODRESPONSE" : "METHODRESPONSE") +
+           "></SIMPLERSP></MESSAGE></CIM>\n";
+}
+
+}  // namespace
+
+std::string EnvelopeStart(const TCimCall& call) {
+    return ResponseStart(call) + (call.intrinsic ? "<IRETURNVALUE>" : "");
+}
+
+std::string EnvelopeEnd(const TCimCall& call) {
+    return (call.intrinsic ? "</IRETURNVALUE>" : "") + ResponseEnd(call);
+}
+
+std::string ErrorDocument(const TCimCall& call, ECimStatus status, const std::string& description) {
+    std::string text = ResponseStart(call);
+    AppendErrorElement(text, static_cast<int>(status), description);
+    return text + ResponseEnd(call);
+}
+
+std::string HeadText(int status, const THeaderFields& fields) {
+    std::string text = "HTTP/1.1 " + std::to_string(status) + " " + ReasonPhrase(status) + "\r\n";
+    for (const auto& field : fields) text += field.first + ": " + field.second + "\r\n";
+    return text + "\r\n";
+}
+
+std::string HeaderValue(const std::string& text) {
+    std::string value;
+    for (const char ch : text) {
+        const unsigned char c = static_cast<unsigned char>(ch);
+        if (c < 0x20 || c >= 0x7F || c == '%') {
+            char escaped[4];
+            std::snprintf(escaped, sizeof(escaped), "%%%02X", c);
+            value += escaped;
+        } else {
+            value += ch;
+        }
+    }
+    return value;
+}
+
+std::string ChunkText(const std::string& data) {
+    char size[20];
+    std::snprintf(size, sizeof(size), "%zx\r\n", data.size());
+    return size + data + "\r\n";
+}
+
+std::string LastChunkText(const THeaderFields& trailers) {
+    std::string text = "0\r\n";
+    for (const auto& field : trailers) text += field.first + ": " + field.second + "\r\n";
+    return text + "\r\n";
+}
