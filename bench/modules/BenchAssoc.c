@@ -1,0 +1,156 @@
+/* The benchmark provider BenchHubs: one hub (Bench_Hub.Id="hub") linked by
+ * Bench_HubSpoke to bench_spoke_count spokes (Bench_Spoke, the five
+ * properties of Bench_Item). It serves the three classes, enumerates them
+ * and gets any of their instances by its path, as association providers
+ * and the providers of their far ends do. The benchmark sets the count
+ * through dlsym. */
+#include <stdio.h>
+#include <string.h>
+
+#include "cmpidt.h"
+#include "cmpift.h"
+#include "cmpimacs.h"
+
+static const CMPIBroker* hubBroker;
+
+unsigned int bench_spoke_count = 1000;
+
+static const char kHubClass[] = "Bench_Hub";
+static const char kSpokeClass[] = "Bench_Spoke";
+static const char kLinkClass[] = "Bench_HubSpoke";
+static const char kHubId[] = "hub";
+static const char kStampText[] = "20240102030405.000000+000";
+
+static CMPIStatus BenchHubs_Cleanup(CMPIInstanceMI* mi, const CMPIContext* ctx, CMPIBoolean terminating) {
+    (void)mi; (void)ctx; (void)terminating;
+    CMReturn(CMPI_RC_OK);
+}
+
+static CMPIObjectPath* keyedPath(const char* ns, const char* className, const char* id) {
+    CMPIObjectPath* op = CMNewObjectPath(hubBroker, ns, className, NULL);
+    CMAddKey(op, "Id", id, CMPI_chars);
+    return op;
+}
+
+static void spokeId(char* id, size_t size, unsigned int index) { snprintf(id, size, "spoke%u", index); }
+
+static CMPIInstance* makeHub(const char* ns) { return CMNewInstance(hubBroker, keyedPath(ns, kHubClass, kHubId), NULL); }
+
+static CMPIInstance* makeSpoke(const char* ns, unsigned int index, CMPIDateTime* stamp) {
+    char id[32];
+    CMPIUint32 count = index;
+    CMPIUint64 total = (CMPIUint64)index * 1000u;
+    CMPIInstance* inst;
+    spokeId(id, sizeof(id), index);
+    inst = CMNewInstance(hubBroker, keyedPath(ns, kSpokeClass, id), NULL);
+    if (inst == NULL) return NULL;
+    CMSetProperty(inst, "Count", &count, CMPI_uint32);
+    CMSetProperty(inst, "Total", &total, CMPI_uint64);
+    CMSetProperty(inst, "Label", "bench", CMPI_chars);
+    CMSetProperty(inst, "Stamp", &stamp, CMPI_dateTime);
+    return inst;
+}
+
+static CMPIInstance* makeLink(const char* ns, CMPIObjectPath* hub, unsigned int index) {
+    char id[32];
+    CMPIObjectPath* spoke;
+    CMPIObjectPath* op = CMNewObjectPath(hubBroker, ns, kLinkClass, NULL);
+    spokeId(id, sizeof(id), index);
+    spoke = keyedPath(ns, kSpokeClass, id);
+    CMAddKey(op, "Hub", &hub, CMPI_ref);
+    CMAddKey(op, "Spoke", &spoke, CMPI_ref);
+    return CMNewInstance(hubBroker, op, NULL);
+}
+
+static int isClass(const CMPIObjectPath* ref, const char* className) {
+    CMPIString* name = CMGetClassName(ref, NULL);
+    return name != NULL && strcmp(CMGetCharPtr(name), className) == 0;
+}
+
+static CMPIStatus returnOrFail(const CMPIResult* rslt, CMPIInstance* inst) {
+    if (inst == NULL) CMReturn(CMPI_RC_ERR_FAILED);
+    CMReturnInstance(rslt, inst);
+    CMReturn(CMPI_RC_OK);
+}
+
+static CMPIStatus BenchHubs_EnumInstances(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
+                                          const CMPIObjectPath* ref, const char** properties) {
+    const char* ns = CMGetCharPtr(CMGetNameSpace(ref, NULL));
+    CMPIDateTime* stamp = NULL;
+    CMPIObjectPath* hub = NULL;
+    unsigned int i;
+    (void)mi; (void)ctx; (void)properties;
+    if (isClass(ref, kHubClass)) return returnOrFail(rslt, makeHub(ns));
+    if (isClass(ref, kSpokeClass)) stamp = CMNewDateTimeFromChars(hubBroker, kStampText, NULL);
+    else hub = keyedPath(ns, kHubClass, kHubId);
+    for (i = 0; i < bench_spoke_count; ++i) {
+        CMPIInstance* inst = stamp != NULL ? makeSpoke(ns, i, stamp) : makeLink(ns, hub, i);
+        if (inst == NULL) CMReturn(CMPI_RC_ERR_FAILED);
+        CMReturnInstance(rslt, inst);
+    }
+    CMReturnDone(rslt);
+    CMReturn(CMPI_RC_OK);
+}
+
+/* The index of the spoke a path names, or -1. */
+static long spokeIndexOf(const CMPIObjectPath* ref) {
+    CMPIData id = CMGetKey(ref, "Id", NULL);
+    unsigned int index;
+    char rest;
+    if (id.type != CMPI_string || id.value.string == NULL) return -1;
+    if (sscanf(CMGetCharPtr(id.value.string), "spoke%u%c", &index, &rest) != 1) return -1;
+    return index < bench_spoke_count ? (long)index : -1;
+}
+
+static CMPIStatus BenchHubs_GetInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
+                                        const CMPIObjectPath* ref, const char** properties) {
+    const char* ns = CMGetCharPtr(CMGetNameSpace(ref, NULL));
+    long index;
+    (void)mi; (void)ctx; (void)properties;
+    if (isClass(ref, kHubClass)) {
+        CMPIData id = CMGetKey(ref, "Id", NULL);
+        if (id.type != CMPI_string || strcmp(CMGetCharPtr(id.value.string), kHubId) != 0) {
+            CMReturn(CMPI_RC_ERR_NOT_FOUND);
+        }
+        return returnOrFail(rslt, makeHub(ns));
+    }
+    if (!isClass(ref, kSpokeClass)) CMReturn(CMPI_RC_ERR_NOT_SUPPORTED);
+    index = spokeIndexOf(ref);
+    if (index < 0) CMReturn(CMPI_RC_ERR_NOT_FOUND);
+    return returnOrFail(rslt, makeSpoke(ns, (unsigned int)index, CMNewDateTimeFromChars(hubBroker, kStampText, NULL)));
+}
+
+static CMPIStatus BenchHubs_Unsupported(void) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
+
+static CMPIStatus BenchHubs_EnumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
+                                              const CMPIObjectPath* ref) {
+    (void)mi; (void)ctx; (void)rslt; (void)ref;
+    return BenchHubs_Unsupported();
+}
+
+static CMPIStatus BenchHubs_CreateInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
+                                           const CMPIObjectPath* ref, const CMPIInstance* inst) {
+    (void)mi; (void)ctx; (void)rslt; (void)ref; (void)inst;
+    return BenchHubs_Unsupported();
+}
+
+static CMPIStatus BenchHubs_ModifyInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
+                                           const CMPIObjectPath* ref, const CMPIInstance* inst,
+                                           const char** properties) {
+    (void)mi; (void)ctx; (void)rslt; (void)ref; (void)inst; (void)properties;
+    return BenchHubs_Unsupported();
+}
+
+static CMPIStatus BenchHubs_DeleteInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
+                                           const CMPIObjectPath* ref) {
+    (void)mi; (void)ctx; (void)rslt; (void)ref;
+    return BenchHubs_Unsupported();
+}
+
+static CMPIStatus BenchHubs_ExecQuery(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
+                                      const CMPIObjectPath* ref, const char* lang, const char* query) {
+    (void)mi; (void)ctx; (void)rslt; (void)ref; (void)lang; (void)query;
+    return BenchHubs_Unsupported();
+}
+
+CMInstanceMIStub(BenchHubs_, BenchHubs, hubBroker, CMNoHook)
