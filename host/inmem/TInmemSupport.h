@@ -7,8 +7,6 @@
 #include <string>
 #include <vector>
 
-#include <boost/weak_ptr.hpp>
-
 #include "TCIMValue.h"
 #include "TZENTAException.h"
 
@@ -38,28 +36,6 @@ inline bool HasDeclaredType(TCIMValue::TCIMType type, bool isArray, const TCIMVa
 
 // A boolean value that is set and true (qualifiers such as Key, Abstract).
 bool IsTrue(const TCIMValue& value);
-
-// A value kept by the repository. References are kept without their
-// namespace object, which may be the repository itself (an instance
-// holding it would keep it alive for ever), and get it back, while it
-// lives, when the value is read.
-class TStoredValue {
-public:
-    TStoredValue() {}
-    explicit TStoredValue(const TCIMValue& value) { Set(value); }
-
-    void Set(const TCIMValue& value);
-    void Set(TCIMValue&& value);
-    TCIMValue Get() const;
-    // The declared type and array-ness, which do not depend on the
-    // namespaces of references.
-    TCIMValue::TCIMType GetType() const { return fValue.GetType(); }
-    bool IsArray() const { return fValue.IsArray(); }
-
-private:
-    TCIMValue fValue;
-    std::vector<boost::weak_ptr<ICIMNamespace> > fNamespaces;  // one per reference, in order
-};
 
 }  // namespace NVURZENTA20
 

@@ -1,6 +1,15 @@
 // A CIM object path: namespace (object and name), class name, key bindings
 // and the context with which the path is resolved.
 //
+// A path names its namespace without owning it (it holds it weakly):
+// namespaces are owned by the host, and paths are kept inside them (as
+// property values of instances and as defaults of classes), so a path that
+// owned its namespace would keep it alive for ever. Once the namespace has
+// gone, GetNamespace() answers empty.
+//
+// The context is shared by the copies of a path and never changed in
+// place: copying a path copies no map.
+//
 // Layout guarantee: the first member is a non-owning shared pointer to the
 // object itself and the class has no virtual functions. A pointer to a
 // TCIMReference can therefore also be read as a pointer to a
@@ -13,6 +22,7 @@
 #include <vector>
 
 #include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
 
 #include "TCIMValue.h"
 #include "ZentaTypes.h"
@@ -21,6 +31,9 @@ namespace NVURZENTA20 {
 
 class TCIMReference {
 public:
+    // A context several paths carry; nobody changes it.
+    typedef boost::shared_ptr<const TCIMContext> TSharedContext;
+
     TCIMReference();
     TCIMReference(boost::shared_ptr<ICIMNamespace> ns, TCIMContext context);
     // Copies and moves bind the self pointer to the new object; it is never
@@ -50,6 +63,9 @@ public:
     void SetNameSpaceName(std::string name);
     std::string GetNameSpaceName() const;
     void SetContext(TCIMContext context);
+    // Carries `context` itself: paths made by the thousand with the same
+    // context share one map.
+    void ShareContext(const TSharedContext& context);
     const TCIMContext& GetContext() const;
 
     // Adds or replaces the binding of `name` (key names compare
@@ -88,11 +104,11 @@ private:
     TKeyList::const_iterator FindKey(const std::string& name) const;
 
     boost::shared_ptr<TCIMReference> fSelf;  // must stay the first member; never owns
-    boost::shared_ptr<ICIMNamespace> fNamespace;
+    boost::weak_ptr<ICIMNamespace> fNamespace;
     std::string fNamespaceName;
     std::string fClassName;
-    TKeyList fKeys;  // sorted by name, ignoring case
-    TCIMContext fContext;
+    TKeyList fKeys;            // sorted by name, ignoring case
+    TSharedContext fContext;   // empty for an empty context
 };
 
 }  // namespace NVURZENTA20

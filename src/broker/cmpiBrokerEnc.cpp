@@ -46,11 +46,13 @@ CMPIDateTime* RegisterDateTime(TCIMDateTime* value, CMPIStatus* rc) {
     return record;
 }
 
-// The context every path made for a provider carries. Built once: a
-// provider makes a path for every instance it returns.
-const TCIMContext& ProviderPathContext() {
-    static const TCIMContext context = {{"nspID", TCIMValue("cmpi")}};
-    return context;
+// The context every path made for a provider carries. Built once and
+// shared by every such path: a provider makes a path for every instance it
+// returns, and paths never change their context.
+const TCIMReference::TSharedContext& ProviderPathContext() {
+    static const TCIMReference::TSharedContext* const context =
+        new TCIMReference::TSharedContext(new TCIMContext{{"nspID", TCIMValue("cmpi")}});
+    return *context;
 }
 
 typedef std::map<std::string, TCIMValue> TKeyMap;
@@ -102,7 +104,7 @@ CMPIObjectPath* newCMPIObjectPath(const CMPIBroker* broker, const char* ns, cons
     // The broker's handle is the namespace's weak reference to its upcall
     // namespace; locking it cannot revive a namespace that has gone.
     path->SetNamespace(static_cast<boost::weak_ptr<ICIMNamespace>*>(broker->hdl)->lock());
-    path->SetContext(ProviderPathContext());
+    path->ShareContext(ProviderPathContext());
     path->SetClassName(std::string(cn));
     path->SetNameSpaceName(std::string(ns));
     CMPIObjectPath* record = NewRecord<CMPIObjectPath>(path, cmpiObjectPathFt);

@@ -234,9 +234,11 @@ TEST_F(RegistryClearTest, EveryKindIsFreedOnceAndTheRegistryIsUsableAgain)
 
 TEST_F(RegistryClearTest, HostObjectsAreDroppedInTheFixedOrderAndResultsLast)
 {
-    // Registered in the reverse of the clearing order.
+    // Registered in the reverse of the clearing order. A path names its
+    // namespace without holding it, so freeing it lets go of no host object
+    // to watch (the leak checker sees that it is freed).
     TCIMReference* ref = new TCIMReference(TCIMReference::Parse("A.k=1"));
-    ref->SetNamespace(Logged<NVURZENTA20::ICIMNamespace>(fRepository.fNamespace, "object path"));
+    ref->SetNamespace(fRepository.fNamespace);
     Registry()->RegisterObjectPath(ref2CMPIObjectPath(*ref));
     CMPIInstance* record = newInstanceRecord(Logged<ICIMInstance>(fRepository.NewInstance("i", 1), "instance"));
     Registry()->RegisterInstance(record);
@@ -248,7 +250,7 @@ TEST_F(RegistryClearTest, HostObjectsAreDroppedInTheFixedOrderAndResultsLast)
     result->ft->returnInstance(result, record);
 
     Registry()->ClearInstances();
-    EXPECT_EQ(fReleases, (std::vector<std::string>{"enumeration", "instance", "object path"}));
+    EXPECT_EQ(fReleases, (std::vector<std::string>{"enumeration", "instance"}));
 }
 
 TEST_F(RegistryClearTest, ExhaustedEnumerationsFailTypedAndCloneAndToArrayGiveNull)
