@@ -43,6 +43,12 @@ TInmemPropertyDecl::TInmemPropertyDecl(const std::string& name, const TCIMValue&
 
 void TInmemPropertyDecl::SetDefaultValue(const TCIMValue& value) {
     fDefault = CheckDeclaredValue(GetType(), IsArray(), value, DescribeElement());
+    NoteSchemaChange();
+}
+
+void TInmemPropertyDecl::SetReferenceClassName(const std::string& name) {
+    fReferenceClass = name;
+    NoteSchemaChange();
 }
 
 bool TInmemPropertyDecl::IsKey() const {

@@ -31,7 +31,7 @@ public:
     TCIMValue GetDefaultValue() const override { return fDefault; }
     void SetDefaultValue(const TCIMValue& value) override;
     std::string GetReferenceClassName() const override { return fReferenceClass; }
-    void SetReferenceClassName(const std::string& name) override { fReferenceClass = name; }
+    void SetReferenceClassName(const std::string& name) override;
     std::string GetClassOrigin() const override { return fClassOrigin; }
     bool IsKey() const override;
 

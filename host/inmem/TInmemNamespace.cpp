@@ -77,6 +77,7 @@ bool TInmemNamespace::FileClass(boost::shared_ptr<TInmemClass> cls) {
     }
     fClasses[NameKey(name)] = cls;
     fClassOrder.push_back(cls);
+    NoteSchemaChange();
     (parent ? parent : fRoot)->AddChildClass(cls);
     return true;
 }
@@ -86,6 +87,7 @@ void TInmemNamespace::UnfileClass(boost::shared_ptr<TInmemClass> cls) {
     boost::shared_ptr<TInmemClass> parent = cls->GetInmemSuperClass();
     (parent ? parent : fRoot)->RemoveChildClass(cls);
     UnfileTree(cls);
+    NoteSchemaChange();
 }
 
 void TInmemNamespace::UnfileTree(boost::shared_ptr<ICIMClass> cls) {

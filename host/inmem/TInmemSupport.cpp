@@ -1,11 +1,17 @@
 #include "TInmemSupport.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 namespace NVURZENTA20 {
 
 namespace {
+
+std::atomic<unsigned long>& Generation() {
+    static std::atomic<unsigned long> generation(0);
+    return generation;
+}
 
 // ASCII only, without the C library's locale look-up: names are compared
 // on every property access.
@@ -25,6 +31,10 @@ std::string NameKey(const std::string& name) {
     std::transform(key.begin(), key.end(), key.begin(), LowerAscii);
     return key;
 }
+
+unsigned long SchemaGeneration() { return Generation().load(std::memory_order_acquire); }
+
+void NoteSchemaChange() { Generation().fetch_add(1, std::memory_order_acq_rel); }
 
 void ThrowStatus(TZENTAStatusCode::EStatusCode code, const std::string& message) {
     throw TZENTAException(code, message);

@@ -16,6 +16,13 @@ namespace NVURZENTA20 {
 bool SameName(const std::string& a, const std::string& b);
 std::string NameKey(const std::string& name);
 
+// Counts the changes made to the classes, declarations and qualifiers of
+// every in-memory repository. What is built from them (the layouts of
+// instances, the manager's routes) remembers the count it was built at and
+// is built again once the count has moved on.
+unsigned long SchemaGeneration();
+void NoteSchemaChange();
+
 [[noreturn]] void ThrowStatus(TZENTAStatusCode::EStatusCode code, const std::string& message);
 
 // "uint16", "string[]", "reference" ...

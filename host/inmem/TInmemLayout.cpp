@@ -1,0 +1,24 @@
+#include "TInmemLayout.h"
+
+#include "TInmemSupport.h"
+
+namespace NVURZENTA20 {
+
+TInstanceLayout::TInstanceLayout(const std::vector<boost::shared_ptr<ICIMPropertyDecl> >& declarations)
+    : decls(declarations), generation(SchemaGeneration()) {
+    slots.reserve(decls.size());
+    for (const auto& decl : decls) {
+        TSlot slot = {decl, decl->GetName(), decl->GetType(), decl->IsArray(), decl->GetDefaultValue()};
+        if (decl->IsKey()) keys.push_back(slots.size());
+        slots.push_back(std::move(slot));
+    }
+}
+
+std::size_t TInstanceLayout::Find(const std::string& name) const {
+    for (std::size_t i = 0; i < slots.size(); ++i) {
+        if (SameName(slots[i].name, name)) return i;
+    }
+    return slots.size();
+}
+
+}  // namespace NVURZENTA20
