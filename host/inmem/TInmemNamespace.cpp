@@ -6,8 +6,11 @@
 #include "TInmemNamespaceProvider.h"
 #include "TInmemQualifier.h"
 #include "TInmemSupport.h"
+#include "TNamespaceManager.h"
 
 namespace NVURZENTA20 {
+
+const char* const TInmemNamespace::kRoutedOrigin = "repository";
 
 boost::shared_ptr<TInmemNamespace> TInmemNamespace::Create() {
     boost::shared_ptr<TInmemNamespace> ns(new TInmemNamespace);
@@ -166,8 +169,25 @@ boost::shared_ptr<ICIMInstance> TInmemNamespace::RequireInstance(const TCIMRefer
     return instance;
 }
 
-boost::shared_ptr<ICIMInstance> TInmemNamespace::GetInstance(const TCIMReference& path, TCIMContext) const {
-    return FindInstance(path);
+boost::shared_ptr<ICIMInstance> TInmemNamespace::GetInstance(const TCIMReference& path, TCIMContext context) const {
+    boost::shared_ptr<ICIMInstance> filed = FindInstance(path);
+    return filed ? filed : ServedInstance(path, context);
+}
+
+// The paths the host builds for a provider's instances name the class's
+// namespace, this one: they must find the instance all the same.
+boost::shared_ptr<ICIMInstance> TInmemNamespace::ServedInstance(const TCIMReference& path, TCIMContext context) const {
+    const boost::shared_ptr<TInmemClass> cls = FindClass(path.GetClassName());
+    const boost::shared_ptr<ICIMNamespace> upcall = fUpcall.lock();
+    if (!cls || !upcall || upcall.get() == this) return boost::shared_ptr<ICIMInstance>();
+    const boost::shared_ptr<ICIMQualifier> marker = cls->GetQualifier(TNamespaceManager::kProviderQualifier, TCIMContext());
+    if (!marker || marker->GetValue().IsNull()) return boost::shared_ptr<ICIMInstance>();
+    context[TNamespaceManager::kOriginKey] = TCIMValue(kRoutedOrigin);
+    try {
+        return upcall->GetInstance(path, context);
+    } catch (const TZENTAException&) {
+        return boost::shared_ptr<ICIMInstance>();
+    }
 }
 
 void TInmemNamespace::DeleteInstance(const TCIMReference& path, TCIMContext context) {

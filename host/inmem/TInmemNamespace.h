@@ -19,6 +19,9 @@ class TInmemClass;
 
 class TInmemNamespace : public ICIMNamespace, public boost::enable_shared_from_this<TInmemNamespace> {
 public:
+    // The origin ("nspID") of the requests the repository passes on.
+    static const char* const kRoutedOrigin;
+
     // Always own the namespace by a shared pointer (classes refer back to it).
     static boost::shared_ptr<TInmemNamespace> Create();
     ~TInmemNamespace() override;
@@ -54,6 +57,10 @@ public:
     // The filed instance with that path, or an empty pointer. The path must
     // name the instance's own class, as CIM instance names do: a path naming
     // a superclass finds nothing, although the walk passes subclasses.
+    // Instances of a class a provider serves (one marked "PLUGINNAME") live
+    // with the provider: when none of them is filed here, the request goes
+    // on through the upcall namespace, marked as the repository's own
+    // ("nspID" = "repository"), and a class it cannot route has none.
     boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& path, TCIMContext context) const override;
     // kInstanceNotFound when no instance has that path.
     void DeleteInstance(const TCIMReference& path, TCIMContext context) override;
@@ -85,6 +92,7 @@ private:
     TInmemNamespace();
     boost::shared_ptr<TInmemClass> FindClass(const std::string& name) const;
     boost::shared_ptr<ICIMInstance> FindInstance(const TCIMReference& path) const;
+    boost::shared_ptr<ICIMInstance> ServedInstance(const TCIMReference& path, TCIMContext context) const;
     boost::shared_ptr<ICIMInstance> RequireInstance(const TCIMReference& path) const;
     void UnfileTree(boost::shared_ptr<ICIMClass> cls);
 

@@ -72,6 +72,7 @@ void TNamespaceManager::AttachProviderNamespace(const std::string& name, boost::
     if (!ns || ns.get() == this) {
         ThrowStatus(TZENTAStatusCode::kInvalidArgument, "cannot attach that namespace as provider namespace " + name);
     }
+    ForgetRoutes();
     for (auto& attached : fProviderNamespaces) {
         if (attached.first == name) {
             attached.second = ns;
@@ -82,6 +83,7 @@ void TNamespaceManager::AttachProviderNamespace(const std::string& name, boost::
 }
 
 void TNamespaceManager::DetachProviderNamespace(const std::string& name) {
+    ForgetRoutes();
     fProviderNamespaces.erase(std::remove_if(fProviderNamespaces.begin(), fProviderNamespaces.end(),
                                              [&](const TProviderNamespaces::value_type& attached) {
                                                  return attached.first == name;
@@ -151,12 +153,58 @@ boost::shared_ptr<ICIMClass> TNamespaceManager::ServedClass(boost::shared_ptr<IC
     return served;
 }
 
+// Names that differ only in ASCII case hash alike, as SameName compares.
+std::size_t TNamespaceManager::TNameHash::operator()(const std::string& name) const {
+    std::size_t hash = 0;
+    for (char c : name) hash = hash * 31 + static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+    return hash;
+}
+
+bool TNamespaceManager::TNameEqual::operator()(const std::string& a, const std::string& b) const {
+    return SameName(a, b);
+}
+
+void TNamespaceManager::ForgetRoutes() {
+    std::lock_guard<std::mutex> lock(fRoutesLock);
+    fRoutes.clear();
+}
+
+TNamespaceManager::TRoute TNamespaceManager::Route(const std::string& name, const TCIMContext& plain) const {
+    const unsigned long generation = SchemaGeneration();
+    {
+        std::lock_guard<std::mutex> lock(fRoutesLock);
+        const TRoutes::const_iterator known = fRoutes.find(name);
+        if (known != fRoutes.end() && known->second.generation == generation) return known->second;
+    }
+    TRoute route;
+    route.generation = generation;
+    route.repositoryClass = RepositoryClass(name, plain);
+    route.serving = ServingNamespace(*route.repositoryClass);
+    std::lock_guard<std::mutex> lock(fRoutesLock);
+    fRoutes[name] = route;
+    return route;
+}
+
+void TNamespaceManager::RememberServedClass(const std::string& name, const TRoute& route) const {
+    std::lock_guard<std::mutex> lock(fRoutesLock);
+    const TRoutes::iterator known = fRoutes.find(name);
+    if (known != fRoutes.end() && known->second.generation == route.generation) known->second = route;
+}
+
+// The provider namespace's class is kept only for requests whose context
+// holds nothing but their origin: another entry might change its answer.
 boost::shared_ptr<ICIMClass> TNamespaceManager::GetClass(const std::string& name, TCIMContext context) {
     if (RequestOrigin(context).empty() || name == kRootClassName) return fRepository->GetClass(name, context);
     const TCIMContext plain = PlainContext(context);
-    boost::shared_ptr<ICIMClass> cls = RepositoryClass(name, plain);
-    boost::shared_ptr<ICIMNamespace> serving = ServingNamespace(*cls);
-    return serving ? ServedClass(serving, name, plain) : cls;
+    TRoute route = Route(name, plain);
+    if (!route.serving) return route.repositoryClass;
+    if (route.servedClass && plain.empty()) return route.servedClass;
+    boost::shared_ptr<ICIMClass> served = ServedClass(route.serving, name, plain);
+    if (plain.empty()) {
+        route.servedClass = served;
+        RememberServedClass(name, route);
+    }
+    return served;
 }
 
 void TNamespaceManager::EnumerateRootClasses(const TClassCallback& callback, TCIMContext context) {
@@ -203,11 +251,13 @@ boost::shared_ptr<ICIMInstance> TNamespaceManager::GetInstance(const TCIMReferen
         return fRepository->GetInstance(path, context);
     }
     const TCIMContext plain = PlainContext(context);
-    boost::shared_ptr<ICIMClass> cls = RepositoryClass(path.GetClassName(), plain);
-    boost::shared_ptr<ICIMNamespace> serving = ServingNamespace(*cls);
-    if (!serving) return fRepository->GetInstance(path, plain);
-    boost::shared_ptr<ICIMInstance> found;
-    ServedClass(serving, path.GetClassName(), plain)->EnumerateInstances(
+    const TRoute route = Route(path.GetClassName(), plain);
+    if (!route.serving) return fRepository->GetInstance(path, plain);
+    boost::shared_ptr<ICIMInstance> found = route.serving->GetInstance(path, plain);
+    if (found) return found;
+    // A provider that does not get single instances still serves those it
+    // enumerates.
+    ServedClass(route.serving, path.GetClassName(), plain)->EnumerateInstances(
         [&](boost::shared_ptr<ICIMInstance> instance) {
             if (instance && instance->GetReference(plain) == path) found = instance;
             return !found;

@@ -5,7 +5,9 @@
 #ifndef ZENTA_HOST_TNAMESPACEMANAGER_H
 #define ZENTA_HOST_TNAMESPACEMANAGER_H
 
+#include <mutex>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -71,7 +73,10 @@ public:
                    TCIMContext context) override;
     // Routed as GetClass, by the path's class, when `context` or the path's
     // own context carries a non-empty "nspID": a provider-served instance is
-    // found among its class's instances as the provider enumerates them.
+    // asked of the serving namespace (one provider call) and, when that finds
+    // none, looked for among the instances the provider enumerates. A plain
+    // request goes to the repository, which routes the classes of providers
+    // back here.
     boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& path, TCIMContext context) const override;
     void DeleteInstance(const TCIMReference& path, TCIMContext context) override;
     void ModifyInstance(const TCIMReference& path, TCIMContext values, TCIMContext context) override;
@@ -84,7 +89,32 @@ public:
 private:
     typedef std::vector<std::pair<std::string, boost::shared_ptr<ICIMNamespace> > > TProviderNamespaces;
 
+    // Where the requests of providers for one class go: the repository's
+    // class, the namespace serving it (empty: the repository), and the class
+    // a request with nothing but its origin in the context gets (made on the
+    // first such request). Every instance a provider makes asks for its
+    // class, so routes are kept until a class or the attached namespaces
+    // change.
+    struct TRoute {
+        unsigned long generation;
+        boost::shared_ptr<ICIMClass> repositoryClass;
+        boost::shared_ptr<ICIMNamespace> serving;
+        boost::shared_ptr<ICIMClass> servedClass;
+    };
+    struct TNameHash {
+        std::size_t operator()(const std::string& name) const;
+    };
+    struct TNameEqual {
+        bool operator()(const std::string& a, const std::string& b) const;
+    };
+    typedef std::unordered_map<std::string, TRoute, TNameHash, TNameEqual> TRoutes;
+
     explicit TNamespaceManager(boost::shared_ptr<ICIMNamespace> repository);
+
+    // The route of the class `name` (kNotFound, kProviderFailure as GetClass).
+    TRoute Route(const std::string& name, const TCIMContext& plain) const;
+    void RememberServedClass(const std::string& name, const TRoute& route) const;
+    void ForgetRoutes();
 
     // The repository's class; kNotFound when it has none.
     boost::shared_ptr<ICIMClass> RepositoryClass(const std::string& name, const TCIMContext& plain) const;
@@ -94,6 +124,8 @@ private:
 
     boost::shared_ptr<ICIMNamespace> fRepository;
     TProviderNamespaces fProviderNamespaces;  // in attach order
+    mutable std::mutex fRoutesLock;
+    mutable TRoutes fRoutes;
 };
 
 }  // namespace NVURZENTA20

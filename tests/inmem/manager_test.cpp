@@ -59,14 +59,52 @@ TEST_F(Manager, RoutesClassesByOriginAndServingProvider) {
               TZENTAStatusCode::kProviderFailure);
 }
 
-TEST_F(Manager, RoutesInstancesByThePathsClassAndTheRequestsOrThePathsContext) {
+// A provider's instance is asked of its namespace, one look-up per path,
+// whichever namespace the path names; one that only enumerates is found
+// among what it enumerates.
+TEST_F(Manager, FindsAProvidersInstanceByAskingItsNamespaceWhateverNamespaceThePathNames) {
     AddInstance(*plain, {{"Id", TCIMValue("p1")}});
+    TCIMReference inRepository(repository, NoContext());
+    inRepository.SetClassName("Served");
+    inRepository.AddKeyValue("Id", TCIMValue("s2"));
     EXPECT_TRUE(manager->GetInstance(PathTo("Served", "s1", OriginContext("cmpi")), NoContext()));
     EXPECT_TRUE(manager->GetInstance(PathTo("Served", "s1"), OriginContext("plugin")));
-    EXPECT_FALSE(manager->GetInstance(PathTo("Served", "s1"), NoContext())) << "the repository has none";
+    EXPECT_TRUE(manager->GetInstance(PathTo("Served", "s1"), NoContext()));
+    EXPECT_TRUE(inRepository.GetCIMElement(false)) << "the repository routes its providers' classes";
+    EXPECT_EQ(fake->InstanceLookups(), 4);
+    EXPECT_EQ(fake->ClassLookups(), 0) << "nothing was enumerated";
     EXPECT_TRUE(manager->GetInstance(PathTo("Plain", "p1"), NoContext()));
-    EXPECT_EQ(fake->ClassLookups(), 2);
+    EXPECT_FALSE(manager->GetInstance(PathTo("Plain", "p2"), OriginContext("cmpi")));
+    EXPECT_EQ(fake->InstanceLookups(), 4);
+
+    fake->AnswerSingleInstances(false);
+    EXPECT_TRUE(manager->GetInstance(PathTo("Served", "s2", OriginContext("cmpi")), NoContext()));
+    EXPECT_FALSE(manager->GetInstance(PathTo("Served", "s9", OriginContext("cmpi")), NoContext()));
+    EXPECT_EQ(fake->InstanceLookups(), 6);
     EXPECT_EQ(StatusOf([&] { manager->GetInstance(PathTo("X", "x"), OriginContext("cmpi")); }), kNotFound);
+    manager->DetachProviderNamespace("fake");
+    EXPECT_FALSE(inRepository.GetCIMElement(false)) << "a class nobody serves now has no instance";
+}
+
+// Routes are kept, and forgotten when a class or the attached namespaces
+// change.
+TEST_F(Manager, KeepsItsRoutesOnlyWhileClassesAndAttachedNamespacesStayAsTheyWere) {
+    EXPECT_EQ(manager->GetClass("Served", OriginContext("cmpi")), providerClass);
+    EXPECT_EQ(manager->GetClass("SERVED", OriginContext("cmpi")), providerClass);
+    EXPECT_EQ(fake->ClassLookups(), 1);
+    boost::shared_ptr<TFakeProviderNamespace> other{new TFakeProviderNamespace({"Served"})};
+    LoadStandardDocuments(other->Store());
+    boost::shared_ptr<ICIMClass> otherClass = other->Store()->AllocateClass("Served", {}, NoContext());
+    manager->DetachProviderNamespace("fake");
+    manager->AttachProviderNamespace("other", other);
+    EXPECT_EQ(manager->GetClass("Served", OriginContext("cmpi")), otherClass);
+    Qualify(*repository, *served, "PLUGINNAME", TCIMValue("Other"));
+    manager->AttachProviderNamespace("fake", fake);
+    EXPECT_EQ(manager->GetClass("Served", OriginContext("cmpi")), providerClass) << "Other is the fake's";
+    EXPECT_EQ(manager->GetClass("Plain", OriginContext("cmpi")), plain);
+    Qualify(*repository, *plain, "PLUGINNAME", TCIMValue("Served"));
+    EXPECT_EQ(StatusOf([&] { manager->GetClass("Plain", OriginContext("cmpi")); }), kNotFound)
+        << "routed now, to a namespace that lacks the class";
 }
 
 TEST_F(Manager, EnumeratesTheProvidersOfItsNamespacesAndRefusesItself) {
