@@ -146,19 +146,35 @@ namespace {
 const std::size_t kDotPosition = 14;
 const std::size_t kPackedDateTimeBytes = (TCIMDateTime::kTextLength - 1 + 1) / 2;
 const char kDateTimeSymbols[] = "0123456789*+-:";
+const unsigned char kNoSymbol = 0xFF;
+
+// The half-byte of each character date-time text may hold, kNoSymbol for
+// the others.
+struct TSymbolCodes {
+    unsigned char code[256];
+    TSymbolCodes() {
+        std::memset(code, kNoSymbol, sizeof(code));
+        for (unsigned i = 0; kDateTimeSymbols[i] != '\0'; ++i) {
+            code[static_cast<unsigned char>(kDateTimeSymbols[i])] = static_cast<unsigned char>(i);
+        }
+    }
+};
 
 // False when `text` is not date-time text that packs (it is then kept as a
 // payload, as any other text).
 bool PackDateTime(const std::string& text, unsigned char* packed) {
+    static const TSymbolCodes symbols;
     if (text.size() != TCIMDateTime::kTextLength || text[kDotPosition] != '.') return false;
-    std::memset(packed, 0, kPackedDateTimeBytes);
     std::size_t nibble = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (i == kDotPosition) continue;
-        const char* symbol = std::strchr(kDateTimeSymbols, text[i]);
-        if (symbol == nullptr || *symbol == '\0') return false;
-        const unsigned code = static_cast<unsigned>(symbol - kDateTimeSymbols);
-        packed[nibble / 2] = static_cast<unsigned char>(packed[nibble / 2] | (code << (4 * (nibble % 2))));
+        const unsigned code = symbols.code[static_cast<unsigned char>(text[i])];
+        if (code == kNoSymbol) return false;
+        if (nibble % 2 == 0) {
+            packed[nibble / 2] = static_cast<unsigned char>(code);
+        } else {
+            packed[nibble / 2] = static_cast<unsigned char>(packed[nibble / 2] | (code << 4));
+        }
         ++nibble;
     }
     return true;
@@ -619,7 +635,9 @@ bool TCIMValue::SameContents(const TCIMValue& other) const {
         case TType::kString:
             return TextLength() == other.TextLength() && std::memcmp(TextData(), other.TextData(), TextLength()) == 0;
         case TType::kDateTime:
-            if (Has(kInlineBit) && other.Has(kInlineBit)) return std::memcmp(fBytes, other.fBytes, kPackedDateTimeBytes) == 0;
+            if (Has(kInlineBit) && other.Has(kInlineBit)) {
+                return std::memcmp(fBytes, other.fBytes, kPackedDateTimeBytes) == 0;
+            }
             return ToString(10) == other.ToString(10);
         case TType::kReference:
             return Reference().fReference == other.Reference().fReference;

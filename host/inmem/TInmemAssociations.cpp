@@ -1,12 +1,15 @@
 #include "TInmemAssociations.h"
 
 #include <set>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "ICIMNamespace.h"
 #include "TInmemClass.h"
 #include "TInmemNamespace.h"
 #include "TInmemSupport.h"
+#include "TNamespaceManager.h"
 
 namespace NVURZENTA20 {
 
@@ -82,14 +85,74 @@ std::vector<std::string> FarRoles(const TAssociationGroup& group, const std::str
     return far;
 }
 
-bool ReadReference(const ICIMInstance& instance, const std::string& name, TCIMReference& reference) {
+// The reference property `name` of `instance`, or a null value when it
+// has none (or holds no single reference).
+TCIMValue ReadReference(const ICIMInstance& instance, const std::string& name) {
     boost::shared_ptr<ICIMProperty> property = instance.GetProperty(name, TCIMContext());
-    if (!property) return false;
-    const TCIMValue value = property->GetValue();
-    if (value.IsNull() || value.IsArray() || value.GetType() != TCIMValue::TCIMType::kReference) return false;
-    reference = value;
-    return true;
+    if (!property) return TCIMValue();
+    TCIMValue value = property->GetValue();
+    if (value.IsNull() || value.IsArray() || value.GetType() != TCIMValue::TCIMType::kReference) return TCIMValue();
+    return value;
 }
+
+bool RefersTo(const ICIMInstance& instance, const std::string& name, const TCIMReference& path) {
+    const TCIMValue reference = ReadReference(instance, name);
+    return !reference.IsNull() && reference.GetReference() == path;
+}
+
+// Text under which paths that compare equal file alike: names without
+// case, and key values by their text as the comparison of paths takes them
+// (references by their own such text, a real zero without its sign).
+void AppendPathKey(std::string& key, const TCIMReference& path);
+
+void AppendValueKey(std::string& key, const TCIMValue& value) {
+    const TCIMValue::TCIMType type = value.GetType();
+    if (value.IsNull() || value.IsArray()) {
+        key += value.ToString(10);
+    } else if (type == TCIMValue::TCIMType::kReference) {
+        AppendPathKey(key, value.GetReference());
+    } else if (type.IsReal() && static_cast<double>(value) == 0) {
+        key += '0';
+    } else {
+        key += value.ToString(10);
+    }
+}
+
+void AppendPathKey(std::string& key, const TCIMReference& path) {
+    key += NameKey(path.GetClassName());
+    path.EnumerateKeyBindings([&](std::pair<std::string, TCIMValue> binding) {
+        key += '\0';
+        key += NameKey(binding.first);
+        key += '=';
+        AppendValueKey(key, binding.second);
+        return true;
+    });
+    key += '\1';
+}
+
+std::string PathKey(const TCIMReference& path) {
+    std::string key;
+    AppendPathKey(key, path);
+    return key;
+}
+
+// The instances of one far class that its provider enumerated, by path.
+class TEnumeratedClass {
+public:
+    void Add(const boost::shared_ptr<ICIMInstance>& instance) {
+        fByPath.insert(std::make_pair(PathKey(instance->GetReference(TCIMContext())), instance));
+    }
+    boost::shared_ptr<ICIMInstance> Find(const TCIMReference& path) const {
+        const auto candidates = fByPath.equal_range(PathKey(path));
+        for (auto candidate = candidates.first; candidate != candidates.second; ++candidate) {
+            if (candidate->second->GetReference(TCIMContext()) == path) return candidate->second;
+        }
+        return boost::shared_ptr<ICIMInstance>();
+    }
+
+private:
+    std::unordered_multimap<std::string, boost::shared_ptr<ICIMInstance> > fByPath;
+};
 
 // Walks the association instances that refer to one source instance,
 // enumerating each association class through the namespace requests are
@@ -102,7 +165,7 @@ public:
 
     TAssociationWalk(const ICIMInstance& source, const TCIMContext& context)
         : fClass(source.GetClass(context)), fPath(source.GetReference(context)), fContext(context) {
-        fContext["nspID"] = TCIMValue("plugin");
+        fContext[TNamespaceManager::kOriginKey] = TCIMValue("plugin");
         fNamespace = fClass->GetNamespace(TCIMContext());
         boost::shared_ptr<TInmemNamespace> inmem = boost::dynamic_pointer_cast<TInmemNamespace>(fNamespace);
         fRouter = inmem ? inmem->GetRoutingNamespace() : fNamespace;
@@ -116,17 +179,48 @@ public:
         }
     }
 
-    // The instance a path names, or empty when it cannot be resolved.
-    boost::shared_ptr<ICIMInstance> Resolve(const TCIMReference& path) const {
+    // The instance a path names, or empty when it cannot be resolved: one
+    // request per far end. A far class whose provider does not answer for
+    // single instances is enumerated once, and its other far ends are looked
+    // up among what it enumerated.
+    boost::shared_ptr<ICIMInstance> Resolve(const TCIMReference& path) {
         if (!fRouter) return boost::shared_ptr<ICIMInstance>();
+        const std::string className = NameKey(path.GetClassName());
+        const auto enumerated = fEnumerated.find(className);
+        if (enumerated != fEnumerated.end()) return enumerated->second.Find(path);
         try {
-            return fRouter->GetInstance(path, fContext);
+            boost::shared_ptr<ICIMInstance> far = fRouter->GetInstance(path, fContext);
+            if (far || !IsServed(path.GetClassName())) return far;
+            return Enumerate(className, path.GetClassName()).Find(path);
         } catch (const TZENTAException&) {
             return boost::shared_ptr<ICIMInstance>();
         }
     }
 
 private:
+    bool IsServed(const std::string& className) const {
+        boost::shared_ptr<ICIMClass> cls = fNamespace ? fNamespace->GetClass(className, TCIMContext())
+                                                      : boost::shared_ptr<ICIMClass>();
+        boost::shared_ptr<ICIMQualifier> marker =
+            cls ? cls->GetQualifier(TNamespaceManager::kProviderQualifier, TCIMContext())
+                : boost::shared_ptr<ICIMQualifier>();
+        return marker && !marker->GetValue().IsNull();
+    }
+
+    const TEnumeratedClass& Enumerate(const std::string& key, const std::string& className) {
+        TEnumeratedClass& instances = fEnumerated[key];
+        boost::shared_ptr<ICIMClass> served = fRouter->GetClass(className, fContext);
+        if (served) {
+            served->EnumerateInstances(
+                [&](boost::shared_ptr<ICIMInstance> instance) {
+                    if (instance) instances.Add(instance);
+                    return true;
+                },
+                false, fContext);
+        }
+        return instances;
+    }
+
     bool VisitGroup(const TAssociationGroup& group, const TVisitor& visitor) {
         // Associations of the instance's own namespace are asked for through
         // the router; one declared from elsewhere is enumerated as it is.
@@ -138,14 +232,14 @@ private:
         bool goOn = true;
         served->EnumerateInstances(
             [&](boost::shared_ptr<ICIMInstance> instance) {
-                if (!instance || Seen(instance)) return true;
+                if (!instance || fSeen.count(instance.get()) != 0) return true;
                 std::vector<std::string> roles;
                 for (const auto& role : group.roles) {
-                    TCIMReference reference;
-                    if (ReadReference(*instance, role, reference) && reference == fPath) roles.push_back(role);
+                    if (RefersTo(*instance, role, fPath)) roles.push_back(role);
                 }
                 if (roles.empty()) return true;
-                fSeen.push_back(instance);
+                fSeen.insert(instance.get());
+                fHeld.push_back(instance);
                 goOn = visitor(instance, group, roles);
                 return goOn;
             },
@@ -153,21 +247,16 @@ private:
         return goOn;
     }
 
-    bool Seen(const boost::shared_ptr<ICIMInstance>& instance) const {
-        for (const auto& seen : fSeen) {
-            if (seen == instance) return true;
-        }
-        return false;
-    }
-
     boost::shared_ptr<ICIMClass> fClass;
     boost::shared_ptr<ICIMNamespace> fNamespace;
     TCIMReference fPath;
     TCIMContext fContext;
     boost::shared_ptr<ICIMNamespace> fRouter;
-    // Held, not only compared: an instance made by a provider must not be
+    std::unordered_set<const ICIMInstance*> fSeen;
+    // Held, not only remembered: an instance made by a provider must not be
     // freed and its address reused while the walk runs.
-    std::vector<boost::shared_ptr<ICIMInstance> > fSeen;
+    std::vector<boost::shared_ptr<ICIMInstance> > fHeld;
+    std::unordered_map<std::string, TEnumeratedClass> fEnumerated;  // by class name without case
 };
 
 }  // namespace
@@ -223,16 +312,16 @@ void EnumerateAssociatedInstancesOf(const ICIMInstance& source, const TInstanceC
     walk.Run(assocClass, role,
              [&](boost::shared_ptr<ICIMInstance> association, const TAssociationGroup& group,
                  const std::vector<std::string>& nearRoles) {
-                 std::vector<TCIMReference> reached;
+                 std::vector<TCIMValue> reached;
                  for (const auto& nearRole : nearRoles) {
                      for (const auto& farRole : FarRoles(group, nearRole, resultRole)) {
-                         TCIMReference path;
-                         if (!ReadReference(*association, farRole, path)) continue;
+                         const TCIMValue path = ReadReference(*association, farRole);
+                         if (path.IsNull()) continue;
                          bool again = false;
                          for (const auto& earlier : reached) again = again || earlier == path;
                          if (again) continue;
                          reached.push_back(path);
-                         boost::shared_ptr<ICIMInstance> far = walk.Resolve(path);
+                         boost::shared_ptr<ICIMInstance> far = walk.Resolve(path.GetReference());
                          if (!far || !ClassIsOrDerivesFrom(far->GetClass(TCIMContext()), resultClass)) continue;
                          if (!callback(far)) return false;
                      }

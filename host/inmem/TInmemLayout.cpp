@@ -14,7 +14,12 @@ TInstanceLayout::TInstanceLayout(const std::vector<boost::shared_ptr<ICIMPropert
     }
 }
 
+// Callers mostly spell names as they were declared: those are found by a
+// plain comparison before any case is folded.
 std::size_t TInstanceLayout::Find(const std::string& name) const {
+    for (std::size_t i = 0; i < slots.size(); ++i) {
+        if (slots[i].name == name) return i;
+    }
     for (std::size_t i = 0; i < slots.size(); ++i) {
         if (SameName(slots[i].name, name)) return i;
     }

@@ -45,7 +45,7 @@ boost::shared_ptr<ICIMNamespace> TInmemNamespace::GetRoutingNamespace() {
 }
 
 boost::shared_ptr<TInmemClass> TInmemNamespace::FindClass(const std::string& name) const {
-    auto found = fClasses.find(NameKey(name));
+    auto found = fClasses.find(name);
     return found == fClasses.end() ? boost::shared_ptr<TInmemClass>() : found->second;
 }
 
@@ -78,7 +78,7 @@ bool TInmemNamespace::FileClass(boost::shared_ptr<TInmemClass> cls) {
         ThrowStatus(TZENTAStatusCode::kMissingSuperclass,
                     "superclass " + parent->GetName(TCIMContext()) + " of class " + name + " is not in the namespace");
     }
-    fClasses[NameKey(name)] = cls;
+    fClasses[name] = cls;
     fClassOrder.push_back(cls);
     NoteSchemaChange();
     (parent ? parent : fRoot)->AddChildClass(cls);
@@ -103,7 +103,7 @@ void TInmemNamespace::UnfileTree(boost::shared_ptr<ICIMClass> cls) {
         inmem->RemoveChildClass(child);
     }
     inmem->DropInstances();
-    fClasses.erase(NameKey(inmem->GetName(TCIMContext())));
+    fClasses.erase(inmem->GetName(TCIMContext()));
     fClassOrder.erase(std::remove(fClassOrder.begin(), fClassOrder.end(), inmem), fClassOrder.end());
 }
 
@@ -180,7 +180,8 @@ boost::shared_ptr<ICIMInstance> TInmemNamespace::ServedInstance(const TCIMRefere
     const boost::shared_ptr<TInmemClass> cls = FindClass(path.GetClassName());
     const boost::shared_ptr<ICIMNamespace> upcall = fUpcall.lock();
     if (!cls || !upcall || upcall.get() == this) return boost::shared_ptr<ICIMInstance>();
-    const boost::shared_ptr<ICIMQualifier> marker = cls->GetQualifier(TNamespaceManager::kProviderQualifier, TCIMContext());
+    const boost::shared_ptr<ICIMQualifier> marker =
+        cls->GetQualifier(TNamespaceManager::kProviderQualifier, TCIMContext());
     if (!marker || marker->GetValue().IsNull()) return boost::shared_ptr<ICIMInstance>();
     context[TNamespaceManager::kOriginKey] = TCIMValue(kRoutedOrigin);
     try {

@@ -3,8 +3,8 @@
 #ifndef ZENTA_HOST_INMEM_TINMEMNAMESPACE_H
 #define ZENTA_HOST_INMEM_TINMEMNAMESPACE_H
 
-#include <map>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include <boost/enable_shared_from_this.hpp>
@@ -12,6 +12,7 @@
 #include <boost/weak_ptr.hpp>
 
 #include "ICIMNamespace.h"
+#include "TInmemSupport.h"
 
 namespace NVURZENTA20 {
 
@@ -98,7 +99,7 @@ private:
 
     boost::weak_ptr<ICIMNamespace> fUpcall;
     boost::shared_ptr<TInmemClass> fRoot;
-    std::map<std::string, boost::shared_ptr<TInmemClass> > fClasses;  // by NameKey
+    std::unordered_map<std::string, boost::shared_ptr<TInmemClass>, TNameHash, TNameEqual> fClasses;
     std::vector<boost::shared_ptr<TInmemClass> > fClassOrder;
     std::vector<boost::shared_ptr<ICIMQualifierDecl> > fQualifierDecls;
 };

@@ -26,6 +26,12 @@ bool SameName(const std::string& a, const std::string& b) {
            std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return LowerAscii(x) == LowerAscii(y); });
 }
 
+std::size_t TNameHash::operator()(const std::string& name) const {
+    std::size_t hash = 0;
+    for (char c : name) hash = hash * 31 + static_cast<unsigned char>(LowerAscii(c));
+    return hash;
+}
+
 std::string NameKey(const std::string& name) {
     std::string key(name);
     std::transform(key.begin(), key.end(), key.begin(), LowerAscii);

@@ -16,6 +16,15 @@ namespace NVURZENTA20 {
 bool SameName(const std::string& a, const std::string& b);
 std::string NameKey(const std::string& name);
 
+// Hash and equality of names for unordered containers: names that differ
+// only in ASCII case are one key, and looking one up copies nothing.
+struct TNameHash {
+    std::size_t operator()(const std::string& name) const;
+};
+struct TNameEqual {
+    bool operator()(const std::string& a, const std::string& b) const { return SameName(a, b); }
+};
+
 // Counts the changes made to the classes, declarations and qualifiers of
 // every in-memory repository. What is built from them (the layouts of
 // instances, the manager's routes) remembers the count it was built at and

@@ -153,14 +153,9 @@ boost::shared_ptr<ICIMClass> TNamespaceManager::ServedClass(boost::shared_ptr<IC
     return served;
 }
 
-// Names that differ only in ASCII case hash alike, as SameName compares.
-std::size_t TNamespaceManager::TNameHash::operator()(const std::string& name) const {
-    std::size_t hash = 0;
-    for (char c : name) hash = hash * 31 + static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-    return hash;
-}
+std::size_t TNamespaceManager::TRouteHash::operator()(const std::string& name) const { return TNameHash()(name); }
 
-bool TNamespaceManager::TNameEqual::operator()(const std::string& a, const std::string& b) const {
+bool TNamespaceManager::TRouteEqual::operator()(const std::string& a, const std::string& b) const {
     return SameName(a, b);
 }
 

@@ -33,6 +33,8 @@ class TCIMReference {
 public:
     // A context several paths carry; nobody changes it.
     typedef boost::shared_ptr<const TCIMContext> TSharedContext;
+    // The key bindings, sorted by name without regard to case.
+    typedef std::vector<std::pair<std::string, TCIMValue> > TKeyBindings;
 
     TCIMReference();
     TCIMReference(boost::shared_ptr<ICIMNamespace> ns, TCIMContext context);
@@ -73,6 +75,8 @@ public:
     void AddKeyValue(const std::string& name, const TCIMValue& value);
     // Visits the bindings in ascending order of name; stops on `false`.
     void EnumerateKeyBindings(const TKeyBindingCallback& callback) const;
+    // The same bindings, read in place.
+    const TKeyBindings& GetKeyBindings() const { return fKeys; }
     std::size_t GetKeyCount() const { return fKeys.size(); }
     bool HasKey(const std::string& name) const;
     // The value bound to `name`, or a null value.
@@ -95,7 +99,7 @@ public:
     bool operator!=(const TCIMReference& other) const { return !(*this == other); }
 
 private:
-    typedef std::vector<std::pair<std::string, TCIMValue> > TKeyList;
+    typedef TKeyBindings TKeyList;
 
     void BindSelf();
     // The first binding whose name does not sort before `name`.

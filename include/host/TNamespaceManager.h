@@ -101,13 +101,14 @@ private:
         boost::shared_ptr<ICIMNamespace> serving;
         boost::shared_ptr<ICIMClass> servedClass;
     };
-    struct TNameHash {
+    // By class name, without regard to ASCII case.
+    struct TRouteHash {
         std::size_t operator()(const std::string& name) const;
     };
-    struct TNameEqual {
+    struct TRouteEqual {
         bool operator()(const std::string& a, const std::string& b) const;
     };
-    typedef std::unordered_map<std::string, TRoute, TNameHash, TNameEqual> TRoutes;
+    typedef std::unordered_map<std::string, TRoute, TRouteHash, TRouteEqual> TRoutes;
 
     explicit TNamespaceManager(boost::shared_ptr<ICIMNamespace> repository);
 

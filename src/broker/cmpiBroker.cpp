@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "CmpiCast.h"
 #include "ICIMNamespace.h"
 #include "TCIMReference.h"
 #include "TCMPIInstance.h"
@@ -141,9 +142,7 @@ CMPIInstance* mbGetInstance(const CMPIBroker*, const CMPIContext*, const CMPIObj
     // a provider can use what it asked for after the upcall returns. A path
     // naming no instance still answers OK, with a record over no instance,
     // as providers written for this broker expect.
-    CMPIInstance* record = new CMPIInstance;
-    record->hdl = new boost::shared_ptr<ICIMInstance>(instance);
-    record->ft = cmpiInstanceFt;
+    CMPIInstance* record = newInstanceRecord(instance);
     CMPINSPInstanceRegistry::GetRegistrySingleton()->RegisterInstance(record);
     setStatus(rc, CMPI_RC_OK);
     return record;
@@ -153,7 +152,7 @@ CMPIObjectPath* mbCreateInstance(const CMPIBroker*, const CMPIContext*, const CM
                                  const CMPIInstance* inst, CMPIStatus* rc) {
     if (inst == nullptr || inst->hdl == nullptr) return nullptr;
     boost::shared_ptr<ICIMInstance>& held = *static_cast<boost::shared_ptr<ICIMInstance>*>(inst->hdl);
-    boost::shared_ptr<TCMPIInstance> instance = boost::dynamic_pointer_cast<TCMPIInstance>(held);
+    boost::shared_ptr<TCMPIInstance> instance = cmpiCast<TCMPIInstance>(held);
     instance->AddToNamespace(TCIMContext());
     setStatus(rc, CMPI_RC_OK);
     return nullptr;
@@ -282,7 +281,7 @@ CMPIData mbInvokeMethod(const CMPIBroker*, const CMPIContext*, const CMPIObjectP
     result.value.uint64 = 0;
     boost::shared_ptr<TCIMReference> path = SharedReferenceOf(op);
     boost::shared_ptr<TCMPIInstance> instance;
-    if (path && path->GetClass()) instance = boost::dynamic_pointer_cast<TCMPIInstance>(InstanceAt(*path));
+    if (path && path->GetClass()) instance = cmpiCast<TCMPIInstance>(InstanceAt(*path));
     // Both argument lists must be usable: the call reads one and copies the
     // other, and a null handle would be followed blindly otherwise.
     if (!instance || in == nullptr || out == nullptr || in->hdl == nullptr || out->hdl == nullptr) {

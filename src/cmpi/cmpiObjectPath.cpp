@@ -17,14 +17,28 @@ CMPIObjectPath* ref2CMPIObjectPath(const TCIMReference& ref)
     return path;
 }
 
+namespace {
+
+struct TOwningObjectPath {
+    CMPIObjectPath record;
+    TCIMReference reference;
+};
+
+}  // namespace
+
+CMPIObjectPath* newOwningObjectPath()
+{
+    TOwningObjectPath* made = new TOwningObjectPath;
+    made->record.hdl = &made->reference;
+    made->record.ft = cmpiObjectPathFt;
+    return &made->record;
+}
+
 void deleteOwningObjectPath(CMPIObjectPath* path)
 {
-    TCIMReference* ref = static_cast<TCIMReference*>(path->hdl);
-    if (ref != nullptr) {
-        ref->Clear();
-        delete ref;
-    }
-    delete path;
+    TOwningObjectPath* made = reinterpret_cast<TOwningObjectPath*>(path);
+    made->reference.Clear();
+    delete made;
 }
 
 namespace {

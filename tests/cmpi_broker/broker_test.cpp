@@ -206,10 +206,11 @@ TEST_F(Upcalls, EveryUpcallReadsPathsOfEveryOriginAndRefusesBrokenOnes) {
 TEST_F(Upcalls, InstanceUpcallsAskOnlyTheNamespaceThePathNames) {
     const auto pathIn = [](const boost::shared_ptr<ICIMNamespace>& ns, const char* cls, const char* key,
                            const char* id) {
-        TCIMReference* path = new TCIMReference(ns, TCIMContext());
+        CMPIObjectPath* record = newOwningObjectPath();
+        TCIMReference* path = static_cast<TCIMReference*>(record->hdl);
+        path->SetNamespace(ns);
         path->SetClassName(cls);
         path->AddKeyValue(key, TCIMValue(id));
-        CMPIObjectPath* record = ref2CMPIObjectPath(*path);
         CMPINSPInstanceRegistry::GetRegistrySingleton()->RegisterObjectPath(record);
         return record;
     };

@@ -220,7 +220,9 @@ TEST_F(RegistryClearTest, EveryKindIsFreedOnceAndTheRegistryIsUsableAgain)
         CMPIResult* result = newResultRecord();
         result->ft->returnInstance(result, RegisteredRecord(fRepository.NewInstance("one", 1)));
         Registry()->RegisterResult(result);
-        Registry()->RegisterObjectPath(ref2CMPIObjectPath(*new TCIMReference(TCIMReference::Parse("A.k=1"))));
+        CMPIObjectPath* path = newOwningObjectPath();
+        *static_cast<TCIMReference*>(path->hdl) = TCIMReference::Parse("A.k=1");
+        Registry()->RegisterObjectPath(path);
         EXPECT_EQ(Registered(), 9u);
         Registry()->ClearInstances();
         Registry()->ClearInstances();
@@ -237,9 +239,9 @@ TEST_F(RegistryClearTest, HostObjectsAreDroppedInTheFixedOrderAndResultsLast)
     // Registered in the reverse of the clearing order. A path names its
     // namespace without holding it, so freeing it lets go of no host object
     // to watch (the leak checker sees that it is freed).
-    TCIMReference* ref = new TCIMReference(TCIMReference::Parse("A.k=1"));
-    ref->SetNamespace(fRepository.fNamespace);
-    Registry()->RegisterObjectPath(ref2CMPIObjectPath(*ref));
+    CMPIObjectPath* path = newOwningObjectPath();
+    static_cast<TCIMReference*>(path->hdl)->SetNamespace(fRepository.fNamespace);
+    Registry()->RegisterObjectPath(path);
     CMPIInstance* record = newInstanceRecord(Logged<ICIMInstance>(fRepository.NewInstance("i", 1), "instance"));
     Registry()->RegisterInstance(record);
     Registry()->RegisterEnumeration(new CMPIInstEnumeration(
