@@ -262,9 +262,15 @@ TCIMValue::TCIMValue(TCIMValue&& other) noexcept : fType(other.fType), fFlags(ot
     other.fFlags = kNullBit;
 }
 
-// Both assignments go through a temporary: the source may be an element of
-// this value's own array.
+// Values without payloads are copied as they are. Others go through a
+// temporary: the source may be an element of this value's own array.
 TCIMValue& TCIMValue::operator=(const TCIMValue& other) {
+    if (!Has(kPayloadBit) && !other.Has(kPayloadBit)) {
+        std::memcpy(fBytes, other.fBytes, sizeof(fBytes));
+        fType = other.fType;
+        fFlags = other.fFlags;
+        return *this;
+    }
     TCIMValue copy(other);
     Swap(copy);
     return *this;
@@ -369,14 +375,28 @@ void TCIMValue::Set(const std::string& value) { SetText(TType::kString, value.da
 
 void TCIMValue::Set(std::string&& value) { SetText(TType::kString, value.data(), value.size()); }
 
+// A provider that stamps its instances sets the same date-time on each:
+// the text packed last is kept to be copied.
 void TCIMValue::Set(const TCIMDateTime& value) {
     if (value.IsNull()) {
         SetNullValue(TType::kDateTime, 0);
         return;
     }
+    struct TLastPacked {
+        char text[TCIMDateTime::kTextLength];
+        unsigned char packed[kPackedDateTimeBytes];
+        bool valid;
+    };
+    thread_local TLastPacked last = {};
     const std::string& text = value.ToString();
     unsigned char packed[kPackedDateTimeBytes];
-    if (!PackDateTime(text, packed)) {
+    if (last.valid && text.size() == sizeof(last.text) && std::memcmp(text.data(), last.text, sizeof(last.text)) == 0) {
+        std::memcpy(packed, last.packed, sizeof(packed));
+    } else if (PackDateTime(text, packed)) {
+        std::memcpy(last.text, text.data(), sizeof(last.text));
+        std::memcpy(last.packed, packed, sizeof(packed));
+        last.valid = true;
+    } else {
         SetPayload(TType::kDateTime, TTextPayload::Make(text.data(), text.size()));
         return;
     }

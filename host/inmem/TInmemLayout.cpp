@@ -17,8 +17,10 @@ TInstanceLayout::TInstanceLayout(const std::vector<boost::shared_ptr<ICIMPropert
 // Callers mostly spell names as they were declared: those are found by a
 // plain comparison before any case is folded.
 std::size_t TInstanceLayout::Find(const std::string& name) const {
+    const std::size_t length = name.size();
     for (std::size_t i = 0; i < slots.size(); ++i) {
-        if (slots[i].name == name) return i;
+        const std::string& slot = slots[i].name;
+        if (slot.size() == length && (length == 0 || slot[0] == name[0]) && slot == name) return i;
     }
     for (std::size_t i = 0; i < slots.size(); ++i) {
         if (SameName(slots[i].name, name)) return i;

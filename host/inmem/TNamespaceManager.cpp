@@ -162,6 +162,7 @@ bool TNamespaceManager::TRouteEqual::operator()(const std::string& a, const std:
 void TNamespaceManager::ForgetRoutes() {
     std::lock_guard<std::mutex> lock(fRoutesLock);
     fRoutes.clear();
+    fLastClass.reset();
 }
 
 TNamespaceManager::TRoute TNamespaceManager::Route(const std::string& name, const TCIMContext& plain) const {
@@ -186,10 +187,27 @@ void TNamespaceManager::RememberServedClass(const std::string& name, const TRout
     if (known != fRoutes.end() && known->second.generation == route.generation) known->second = route;
 }
 
+boost::shared_ptr<ICIMClass> TNamespaceManager::KnownClass(const std::string& name) const {
+    const unsigned long generation = SchemaGeneration();
+    std::lock_guard<std::mutex> lock(fRoutesLock);
+    if (fLastClass && fLastGeneration == generation && fLastName == name) return fLastClass;
+    const TRoutes::const_iterator known = fRoutes.find(name);
+    if (known == fRoutes.end() || known->second.generation != generation) return boost::shared_ptr<ICIMClass>();
+    const TRoute& route = known->second;
+    fLastClass = route.serving ? route.servedClass : route.repositoryClass;
+    fLastName = name;
+    fLastGeneration = generation;
+    return fLastClass;
+}
+
 // The provider namespace's class is kept only for requests whose context
 // holds nothing but their origin: another entry might change its answer.
 boost::shared_ptr<ICIMClass> TNamespaceManager::GetClass(const std::string& name, TCIMContext context) {
     if (RequestOrigin(context).empty() || name == kRootClassName) return fRepository->GetClass(name, context);
+    if (context.size() == 1) {
+        boost::shared_ptr<ICIMClass> known = KnownClass(name);
+        if (known) return known;
+    }
     const TCIMContext plain = PlainContext(context);
     TRoute route = Route(name, plain);
     if (!route.serving) return route.repositoryClass;

@@ -21,6 +21,7 @@
 #include <string>
 #include <vector>
 
+#include <boost/container/small_vector.hpp>
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 
@@ -33,8 +34,9 @@ class TCIMReference {
 public:
     // A context several paths carry; nobody changes it.
     typedef boost::shared_ptr<const TCIMContext> TSharedContext;
-    // The key bindings, sorted by name without regard to case.
-    typedef std::vector<std::pair<std::string, TCIMValue> > TKeyBindings;
+    // The key bindings, sorted by name without regard to case. Most paths
+    // have one key: it is kept in the path itself.
+    typedef boost::container::small_vector<std::pair<std::string, TCIMValue>, 1> TKeyBindings;
 
     TCIMReference();
     TCIMReference(boost::shared_ptr<ICIMNamespace> ns, TCIMContext context);

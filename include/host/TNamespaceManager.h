@@ -115,6 +115,9 @@ private:
     // The route of the class `name` (kNotFound, kProviderFailure as GetClass).
     TRoute Route(const std::string& name, const TCIMContext& plain) const;
     void RememberServedClass(const std::string& name, const TRoute& route) const;
+    // What a request for `name` with nothing but its origin gets, when the
+    // route is known; empty otherwise.
+    boost::shared_ptr<ICIMClass> KnownClass(const std::string& name) const;
     void ForgetRoutes();
 
     // The repository's class; kNotFound when it has none.
@@ -127,6 +130,11 @@ private:
     TProviderNamespaces fProviderNamespaces;  // in attach order
     mutable std::mutex fRoutesLock;
     mutable TRoutes fRoutes;
+    // The class KnownClass answered last, by the name it was asked for:
+    // a provider asks for the same class for every instance it makes.
+    mutable std::string fLastName;
+    mutable boost::shared_ptr<ICIMClass> fLastClass;
+    mutable unsigned long fLastGeneration = 0;
 };
 
 }  // namespace NVURZENTA20
