@@ -5,6 +5,8 @@
 #include <unordered_set>
 #include <vector>
 
+#include <boost/container/small_vector.hpp>
+
 #include "ICIMNamespace.h"
 #include "TInmemClass.h"
 #include "TInmemNamespace.h"
@@ -74,13 +76,16 @@ std::vector<TAssociationGroup> FindAssociationGroups(boost::shared_ptr<ICIMClass
     return groups;
 }
 
+// Names of the few reference properties of an association instance; the
+// walk makes such lists for every association instance it meets.
+typedef boost::container::small_vector<const std::string*, 4> TRoleList;
+
 // The reference properties at the other ends of `role`, filtered by
 // `resultRole`.
-std::vector<std::string> FarRoles(const TAssociationGroup& group, const std::string& role,
-                                  const std::string& resultRole) {
-    std::vector<std::string> far;
+TRoleList FarRoles(const TAssociationGroup& group, const std::string& role, const std::string& resultRole) {
+    TRoleList far;
     for (const auto& name : group.references) {
-        if (!SameName(name, role) && Matches(resultRole, name)) far.push_back(name);
+        if (!SameName(name, role) && Matches(resultRole, name)) far.push_back(&name);
     }
     return far;
 }
@@ -159,8 +164,7 @@ private:
 // routed through, so that classes served by providers answer too.
 class TAssociationWalk {
 public:
-    typedef boost::function<bool(boost::shared_ptr<ICIMInstance>, const TAssociationGroup&,
-                                 const std::vector<std::string>&)>
+    typedef boost::function<bool(boost::shared_ptr<ICIMInstance>, const TAssociationGroup&, const TRoleList&)>
         TVisitor;
 
     TAssociationWalk(const ICIMInstance& source, const TCIMContext& context)
@@ -185,13 +189,14 @@ public:
     // up among what it enumerated.
     boost::shared_ptr<ICIMInstance> Resolve(const TCIMReference& path) {
         if (!fRouter) return boost::shared_ptr<ICIMInstance>();
-        const std::string className = NameKey(path.GetClassName());
-        const auto enumerated = fEnumerated.find(className);
-        if (enumerated != fEnumerated.end()) return enumerated->second.Find(path);
+        if (!fEnumerated.empty()) {
+            const auto enumerated = fEnumerated.find(NameKey(path.GetClassName()));
+            if (enumerated != fEnumerated.end()) return enumerated->second.Find(path);
+        }
         try {
             boost::shared_ptr<ICIMInstance> far = fRouter->GetInstance(path, fContext);
             if (far || !IsServed(path.GetClassName())) return far;
-            return Enumerate(className, path.GetClassName()).Find(path);
+            return Enumerate(NameKey(path.GetClassName()), path.GetClassName()).Find(path);
         } catch (const TZENTAException&) {
             return boost::shared_ptr<ICIMInstance>();
         }
@@ -233,9 +238,9 @@ private:
         served->EnumerateInstances(
             [&](boost::shared_ptr<ICIMInstance> instance) {
                 if (!instance || fSeen.count(instance.get()) != 0) return true;
-                std::vector<std::string> roles;
+                TRoleList roles;
                 for (const auto& role : group.roles) {
-                    if (RefersTo(*instance, role, fPath)) roles.push_back(role);
+                    if (RefersTo(*instance, role, fPath)) roles.push_back(&role);
                 }
                 if (roles.empty()) return true;
                 fSeen.insert(instance.get());
@@ -284,8 +289,8 @@ void EnumerateAssociatedClassesOf(boost::shared_ptr<ICIMClass> target, const TCl
     std::set<std::string> reported;
     for (const auto& group : FindAssociationGroups(target, assocClass, role)) {
         for (const auto& nearRole : group.roles) {
-            for (const auto& farRole : FarRoles(group, nearRole, resultRole)) {
-                boost::shared_ptr<ICIMPropertyDecl> decl = group.association->GetPropertyDecl(farRole, TCIMContext());
+            for (const std::string* farRole : FarRoles(group, nearRole, resultRole)) {
+                boost::shared_ptr<ICIMPropertyDecl> decl = group.association->GetPropertyDecl(*farRole, TCIMContext());
                 boost::shared_ptr<ICIMClass> far = ns->GetClass(decl->GetReferenceClassName(), TCIMContext());
                 if (!far || !ClassIsOrDerivesFrom(far, resultClass)) continue;
                 if (!reported.insert(NameKey(far->GetName(TCIMContext()))).second) continue;
@@ -300,8 +305,9 @@ void EnumerateAssociationInstancesOf(const ICIMInstance& source, const TInstance
                                      const TCIMContext& context) {
     TAssociationWalk walk(source, context);
     walk.Run(resultClass, role,
-             [&](boost::shared_ptr<ICIMInstance> association, const TAssociationGroup&,
-                 const std::vector<std::string>&) { return callback(association); });
+             [&](boost::shared_ptr<ICIMInstance> association, const TAssociationGroup&, const TRoleList&) {
+                 return callback(association);
+             });
 }
 
 void EnumerateAssociatedInstancesOf(const ICIMInstance& source, const TInstanceCallback& callback,
@@ -311,11 +317,11 @@ void EnumerateAssociatedInstancesOf(const ICIMInstance& source, const TInstanceC
     TAssociationWalk walk(source, context);
     walk.Run(assocClass, role,
              [&](boost::shared_ptr<ICIMInstance> association, const TAssociationGroup& group,
-                 const std::vector<std::string>& nearRoles) {
-                 std::vector<TCIMValue> reached;
-                 for (const auto& nearRole : nearRoles) {
-                     for (const auto& farRole : FarRoles(group, nearRole, resultRole)) {
-                         const TCIMValue path = ReadReference(*association, farRole);
+                 const TRoleList& nearRoles) {
+                 boost::container::small_vector<TCIMValue, 4> reached;
+                 for (const std::string* nearRole : nearRoles) {
+                     for (const std::string* farRole : FarRoles(group, *nearRole, resultRole)) {
+                         const TCIMValue path = ReadReference(*association, *farRole);
                          if (path.IsNull()) continue;
                          bool again = false;
                          for (const auto& earlier : reached) again = again || earlier == path;

@@ -162,42 +162,36 @@ bool TNamespaceManager::TRouteEqual::operator()(const std::string& a, const std:
 void TNamespaceManager::ForgetRoutes() {
     std::lock_guard<std::mutex> lock(fRoutesLock);
     fRoutes.clear();
-    fLastClass.reset();
+    for (TRecentRoute& recent : fRecent) recent.route.reset();
 }
 
-TNamespaceManager::TRoute TNamespaceManager::Route(const std::string& name, const TCIMContext& plain) const {
+TNamespaceManager::TRoutePtr TNamespaceManager::KnownRoute(const std::string& name, unsigned long generation) const {
+    for (const TRecentRoute& recent : fRecent) {
+        if (recent.route && recent.route->generation == generation && recent.name == name) return recent.route;
+    }
+    const TRoutes::const_iterator known = fRoutes.find(name);
+    if (known == fRoutes.end() || known->second->generation != generation) return TRoutePtr();
+    TRecentRoute& slot = fRecent[fNextRecent];
+    fNextRecent = (fNextRecent + 1) % kRecentRoutes;
+    slot.name = name;
+    slot.route = known->second;
+    return slot.route;
+}
+
+TNamespaceManager::TRoutePtr TNamespaceManager::Route(const std::string& name, const TCIMContext& plain) const {
     const unsigned long generation = SchemaGeneration();
     {
         std::lock_guard<std::mutex> lock(fRoutesLock);
-        const TRoutes::const_iterator known = fRoutes.find(name);
-        if (known != fRoutes.end() && known->second.generation == generation) return known->second;
+        TRoutePtr known = KnownRoute(name, generation);
+        if (known) return known;
     }
-    TRoute route;
-    route.generation = generation;
-    route.repositoryClass = RepositoryClass(name, plain);
-    route.serving = ServingNamespace(*route.repositoryClass);
+    TRoutePtr route(new TRoute);
+    route->generation = generation;
+    route->repositoryClass = RepositoryClass(name, plain);
+    route->serving = ServingNamespace(*route->repositoryClass);
     std::lock_guard<std::mutex> lock(fRoutesLock);
     fRoutes[name] = route;
     return route;
-}
-
-void TNamespaceManager::RememberServedClass(const std::string& name, const TRoute& route) const {
-    std::lock_guard<std::mutex> lock(fRoutesLock);
-    const TRoutes::iterator known = fRoutes.find(name);
-    if (known != fRoutes.end() && known->second.generation == route.generation) known->second = route;
-}
-
-boost::shared_ptr<ICIMClass> TNamespaceManager::KnownClass(const std::string& name) const {
-    const unsigned long generation = SchemaGeneration();
-    std::lock_guard<std::mutex> lock(fRoutesLock);
-    if (fLastClass && fLastGeneration == generation && fLastName == name) return fLastClass;
-    const TRoutes::const_iterator known = fRoutes.find(name);
-    if (known == fRoutes.end() || known->second.generation != generation) return boost::shared_ptr<ICIMClass>();
-    const TRoute& route = known->second;
-    fLastClass = route.serving ? route.servedClass : route.repositoryClass;
-    fLastName = name;
-    fLastGeneration = generation;
-    return fLastClass;
 }
 
 // The provider namespace's class is kept only for requests whose context
@@ -205,17 +199,22 @@ boost::shared_ptr<ICIMClass> TNamespaceManager::KnownClass(const std::string& na
 boost::shared_ptr<ICIMClass> TNamespaceManager::GetClass(const std::string& name, TCIMContext context) {
     if (RequestOrigin(context).empty() || name == kRootClassName) return fRepository->GetClass(name, context);
     if (context.size() == 1) {
-        boost::shared_ptr<ICIMClass> known = KnownClass(name);
-        if (known) return known;
+        std::lock_guard<std::mutex> lock(fRoutesLock);
+        const TRoutePtr known = KnownRoute(name, SchemaGeneration());
+        if (known && !known->serving) return known->repositoryClass;
+        if (known && known->servedClass) return known->servedClass;
     }
     const TCIMContext plain = PlainContext(context);
-    TRoute route = Route(name, plain);
-    if (!route.serving) return route.repositoryClass;
-    if (route.servedClass && plain.empty()) return route.servedClass;
-    boost::shared_ptr<ICIMClass> served = ServedClass(route.serving, name, plain);
+    const TRoutePtr route = Route(name, plain);
+    if (!route->serving) return route->repositoryClass;
     if (plain.empty()) {
-        route.servedClass = served;
-        RememberServedClass(name, route);
+        std::lock_guard<std::mutex> lock(fRoutesLock);
+        if (route->servedClass) return route->servedClass;
+    }
+    boost::shared_ptr<ICIMClass> served = ServedClass(route->serving, name, plain);
+    if (plain.empty()) {
+        std::lock_guard<std::mutex> lock(fRoutesLock);
+        route->servedClass = served;
     }
     return served;
 }
@@ -264,13 +263,13 @@ boost::shared_ptr<ICIMInstance> TNamespaceManager::GetInstance(const TCIMReferen
         return fRepository->GetInstance(path, context);
     }
     const TCIMContext plain = PlainContext(context);
-    const TRoute route = Route(path.GetClassName(), plain);
-    if (!route.serving) return fRepository->GetInstance(path, plain);
-    boost::shared_ptr<ICIMInstance> found = route.serving->GetInstance(path, plain);
+    const TRoutePtr route = Route(path.GetClassName(), plain);
+    if (!route->serving) return fRepository->GetInstance(path, plain);
+    boost::shared_ptr<ICIMInstance> found = route->serving->GetInstance(path, plain);
     if (found) return found;
     // A provider that does not get single instances still serves those it
     // enumerates.
-    ServedClass(route.serving, path.GetClassName(), plain)->EnumerateInstances(
+    ServedClass(route->serving, path.GetClassName(), plain)->EnumerateInstances(
         [&](boost::shared_ptr<ICIMInstance> instance) {
             if (instance && instance->GetReference(plain) == path) found = instance;
             return !found;

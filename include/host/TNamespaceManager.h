@@ -91,16 +91,17 @@ private:
 
     // Where the requests of providers for one class go: the repository's
     // class, the namespace serving it (empty: the repository), and the class
-    // a request with nothing but its origin in the context gets (made on the
-    // first such request). Every instance a provider makes asks for its
-    // class, so routes are kept until a class or the attached namespaces
-    // change.
+    // a request with nothing but its origin in the context gets (set on the
+    // first such request, under the lock). Every instance a provider makes
+    // asks for its class, so routes are kept until a class or the attached
+    // namespaces change.
     struct TRoute {
         unsigned long generation;
         boost::shared_ptr<ICIMClass> repositoryClass;
         boost::shared_ptr<ICIMNamespace> serving;
         boost::shared_ptr<ICIMClass> servedClass;
     };
+    typedef boost::shared_ptr<TRoute> TRoutePtr;
     // By class name, without regard to ASCII case.
     struct TRouteHash {
         std::size_t operator()(const std::string& name) const;
@@ -108,16 +109,22 @@ private:
     struct TRouteEqual {
         bool operator()(const std::string& a, const std::string& b) const;
     };
-    typedef std::unordered_map<std::string, TRoute, TRouteHash, TRouteEqual> TRoutes;
+    typedef std::unordered_map<std::string, TRoutePtr, TRouteHash, TRouteEqual> TRoutes;
+    // The routes found last, by the name they were asked for: a provider
+    // asks for the same few classes for every instance it makes (an
+    // association and the classes its ends name).
+    struct TRecentRoute {
+        std::string name;
+        TRoutePtr route;
+    };
+    static const std::size_t kRecentRoutes = 4;
 
     explicit TNamespaceManager(boost::shared_ptr<ICIMNamespace> repository);
 
     // The route of the class `name` (kNotFound, kProviderFailure as GetClass).
-    TRoute Route(const std::string& name, const TCIMContext& plain) const;
-    void RememberServedClass(const std::string& name, const TRoute& route) const;
-    // What a request for `name` with nothing but its origin gets, when the
-    // route is known; empty otherwise.
-    boost::shared_ptr<ICIMClass> KnownClass(const std::string& name) const;
+    TRoutePtr Route(const std::string& name, const TCIMContext& plain) const;
+    // The route known for `name`, or empty; the lock must be held.
+    TRoutePtr KnownRoute(const std::string& name, unsigned long generation) const;
     void ForgetRoutes();
 
     // The repository's class; kNotFound when it has none.
@@ -130,11 +137,8 @@ private:
     TProviderNamespaces fProviderNamespaces;  // in attach order
     mutable std::mutex fRoutesLock;
     mutable TRoutes fRoutes;
-    // The class KnownClass answered last, by the name it was asked for:
-    // a provider asks for the same class for every instance it makes.
-    mutable std::string fLastName;
-    mutable boost::shared_ptr<ICIMClass> fLastClass;
-    mutable unsigned long fLastGeneration = 0;
+    mutable TRecentRoute fRecent[kRecentRoutes];
+    mutable std::size_t fNextRecent = 0;
 };
 
 }  // namespace NVURZENTA20

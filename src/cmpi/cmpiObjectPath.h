@@ -5,9 +5,6 @@
 #ifndef ZENTA_CMPI_CMPIOBJECTPATH_H
 #define ZENTA_CMPI_CMPIOBJECTPATH_H
 
-#include <string>
-#include <utility>
-
 #include "TCIMReference.h"
 #include "TCIMValue.h"
 #include "cmpift.h"
@@ -26,21 +23,5 @@ CMPIObjectPath* newOwningObjectPath();
 // Frees a record made by newOwningObjectPath: clears its reference and
 // frees both.
 void deleteOwningObjectPath(CMPIObjectPath* path);
-
-// Collects key bindings into a context map; a name seen twice keeps its
-// first value. The walk always goes on.
-class TAddKeyBindingsToMapCallback {
-public:
-    explicit TAddKeyBindingsToMapCallback(NVURZENTA20::TCIMContext& target) : fTarget(&target) {}
-
-    bool operator()(std::pair<std::string, NVURZENTA20::TCIMValue> binding) const
-    {
-        fTarget->insert(binding);
-        return true;
-    }
-
-private:
-    NVURZENTA20::TCIMContext* fTarget;
-};
 
 #endif
