@@ -5,6 +5,7 @@
  * and the providers of their far ends do. The benchmark sets the count
  * through dlsym. */
 #include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 
 #include "cmpidt.h"
@@ -62,9 +63,9 @@ static CMPIInstance* makeLink(const char* ns, CMPIObjectPath* hub, unsigned int 
     return CMNewInstance(hubBroker, op, NULL);
 }
 
-static int isClass(const CMPIObjectPath* ref, const char* className) {
+static const char* classOf(const CMPIObjectPath* ref) {
     CMPIString* name = CMGetClassName(ref, NULL);
-    return name != NULL && strcmp(CMGetCharPtr(name), className) == 0;
+    return name != NULL ? CMGetCharPtr(name) : "";
 }
 
 static CMPIStatus returnOrFail(const CMPIResult* rslt, CMPIInstance* inst) {
@@ -79,9 +80,10 @@ static CMPIStatus BenchHubs_EnumInstances(CMPIInstanceMI* mi, const CMPIContext*
     CMPIDateTime* stamp = NULL;
     CMPIObjectPath* hub = NULL;
     unsigned int i;
+    const char* className = classOf(ref);
     (void)mi; (void)ctx; (void)properties;
-    if (isClass(ref, kHubClass)) return returnOrFail(rslt, makeHub(ns));
-    if (isClass(ref, kSpokeClass)) stamp = CMNewDateTimeFromChars(hubBroker, kStampText, NULL);
+    if (strcmp(className, kHubClass) == 0) return returnOrFail(rslt, makeHub(ns));
+    if (strcmp(className, kSpokeClass) == 0) stamp = CMNewDateTimeFromChars(hubBroker, kStampText, NULL);
     else hub = keyedPath(ns, kHubClass, kHubId);
     for (i = 0; i < bench_spoke_count; ++i) {
         CMPIInstance* inst = stamp != NULL ? makeSpoke(ns, i, stamp) : makeLink(ns, hub, i);
@@ -94,27 +96,34 @@ static CMPIStatus BenchHubs_EnumInstances(CMPIInstanceMI* mi, const CMPIContext*
 
 /* The index of the spoke a path names, or -1. */
 static long spokeIndexOf(const CMPIObjectPath* ref) {
+    static const char kPrefix[] = "spoke";
     CMPIData id = CMGetKey(ref, "Id", NULL);
-    unsigned int index;
-    char rest;
+    const char* digits;
+    char* end;
+    unsigned long index;
     if (id.type != CMPI_string || id.value.string == NULL) return -1;
-    if (sscanf(CMGetCharPtr(id.value.string), "spoke%u%c", &index, &rest) != 1) return -1;
-    return index < bench_spoke_count ? (long)index : -1;
+    digits = CMGetCharPtr(id.value.string);
+    if (strncmp(digits, kPrefix, sizeof(kPrefix) - 1) != 0) return -1;
+    digits += sizeof(kPrefix) - 1;
+    if (*digits < '0' || *digits > '9') return -1;
+    index = strtoul(digits, &end, 10);
+    return *end == '\0' && index < bench_spoke_count ? (long)index : -1;
 }
 
 static CMPIStatus BenchHubs_GetInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
                                         const CMPIObjectPath* ref, const char** properties) {
     const char* ns = CMGetCharPtr(CMGetNameSpace(ref, NULL));
+    const char* className = classOf(ref);
     long index;
     (void)mi; (void)ctx; (void)properties;
-    if (isClass(ref, kHubClass)) {
+    if (strcmp(className, kHubClass) == 0) {
         CMPIData id = CMGetKey(ref, "Id", NULL);
         if (id.type != CMPI_string || strcmp(CMGetCharPtr(id.value.string), kHubId) != 0) {
             CMReturn(CMPI_RC_ERR_NOT_FOUND);
         }
         return returnOrFail(rslt, makeHub(ns));
     }
-    if (!isClass(ref, kSpokeClass)) CMReturn(CMPI_RC_ERR_NOT_SUPPORTED);
+    if (strcmp(className, kSpokeClass) != 0) CMReturn(CMPI_RC_ERR_NOT_SUPPORTED);
     index = spokeIndexOf(ref);
     if (index < 0) CMReturn(CMPI_RC_ERR_NOT_FOUND);
     return returnOrFail(rslt, makeSpoke(ns, (unsigned int)index, CMNewDateTimeFromChars(hubBroker, kStampText, NULL)));
