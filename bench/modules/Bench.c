@@ -1,9 +1,12 @@
 /* The benchmark provider BenchItem: serves Bench_Item with
  * bench_item_count instances of five properties each (string key, uint32,
  * uint64, string, date-time). The benchmark sets the count through dlsym
- * before it enumerates. The date-time is made once per request and set on
- * every instance, as a provider that stamps a whole answer would. */
+ * before it enumerates; a whole process (zenta --providers) sets it with
+ * the environment variable ZENTA_BENCH_ITEMS. The date-time is made once
+ * per request and set on every instance, as a provider that stamps a whole
+ * answer would. */
 #include <stdio.h>
+#include <stdlib.h>
 
 #include "cmpidt.h"
 #include "cmpift.h"
@@ -39,8 +42,10 @@ static CMPIStatus BenchItem_EnumInstances(CMPIInstanceMI* mi, const CMPIContext*
                                           const CMPIObjectPath* ref, const char** properties) {
     const char* ns = CMGetCharPtr(CMGetNameSpace(ref, NULL));
     CMPIDateTime* stamp = CMNewDateTimeFromChars(itemBroker, "20240102030405.000000+000", NULL);
+    const char* items = getenv("ZENTA_BENCH_ITEMS");
     unsigned int i;
     (void)mi; (void)ctx; (void)properties;
+    if (items != NULL) bench_item_count = (unsigned int)strtoul(items, NULL, 10);
     for (i = 0; i < bench_item_count; ++i) {
         CMPIInstance* inst = makeItem(ns, i, stamp);
         if (inst == NULL) CMReturn(CMPI_RC_ERR_FAILED);

@@ -3,7 +3,8 @@
  * properties of Bench_Item). It serves the three classes, enumerates them
  * and gets any of their instances by its path, as association providers
  * and the providers of their far ends do. The benchmark sets the count
- * through dlsym. */
+ * through dlsym; a whole process (zenta --providers) sets it with the
+ * environment variable ZENTA_BENCH_SPOKES. */
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -21,6 +22,17 @@ static const char kSpokeClass[] = "Bench_Spoke";
 static const char kLinkClass[] = "Bench_HubSpoke";
 static const char kHubId[] = "hub";
 static const char kStampText[] = "20240102030405.000000+000";
+
+/* The environment is read once: every get asks for the count. */
+static unsigned int spokeCount(void) {
+    static int read = 0;
+    static const char* spokes = NULL;
+    if (!read) {
+        spokes = getenv("ZENTA_BENCH_SPOKES");
+        read = 1;
+    }
+    return spokes != NULL ? (unsigned int)strtoul(spokes, NULL, 10) : bench_spoke_count;
+}
 
 static CMPIStatus BenchHubs_Cleanup(CMPIInstanceMI* mi, const CMPIContext* ctx, CMPIBoolean terminating) {
     (void)mi; (void)ctx; (void)terminating;
@@ -79,13 +91,13 @@ static CMPIStatus BenchHubs_EnumInstances(CMPIInstanceMI* mi, const CMPIContext*
     const char* ns = CMGetCharPtr(CMGetNameSpace(ref, NULL));
     CMPIDateTime* stamp = NULL;
     CMPIObjectPath* hub = NULL;
-    unsigned int i;
+    unsigned int i, count;
     const char* className = classOf(ref);
     (void)mi; (void)ctx; (void)properties;
     if (strcmp(className, kHubClass) == 0) return returnOrFail(rslt, makeHub(ns));
     if (strcmp(className, kSpokeClass) == 0) stamp = CMNewDateTimeFromChars(hubBroker, kStampText, NULL);
     else hub = keyedPath(ns, kHubClass, kHubId);
-    for (i = 0; i < bench_spoke_count; ++i) {
+    for (i = 0, count = spokeCount(); i < count; ++i) {
         CMPIInstance* inst = stamp != NULL ? makeSpoke(ns, i, stamp) : makeLink(ns, hub, i);
         if (inst == NULL) CMReturn(CMPI_RC_ERR_FAILED);
         CMReturnInstance(rslt, inst);
@@ -107,7 +119,7 @@ static long spokeIndexOf(const CMPIObjectPath* ref) {
     digits += sizeof(kPrefix) - 1;
     if (*digits < '0' || *digits > '9') return -1;
     index = strtoul(digits, &end, 10);
-    return *end == '\0' && index < bench_spoke_count ? (long)index : -1;
+    return *end == '\0' && index < spokeCount() ? (long)index : -1;
 }
 
 static CMPIStatus BenchHubs_GetInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
