@@ -127,6 +127,21 @@ inline void SetItemCount(std::size_t count) {
         static_cast<unsigned int>(count);
 }
 
+// Runs `request` once per iteration and fails the benchmark with `failure`
+// when a request leaves `delivered` short of `n` (it is set to 0 before
+// each request).
+template <class TCount, class TRequest>
+void RunRequests(benchmark::State& state, std::size_t n, TCount& delivered, const char* failure, TRequest request) {
+    for (auto _ : state) {
+        delivered = 0;
+        request();
+        if (delivered != n) {
+            state.SkipWithError(failure);
+            return;
+        }
+    }
+}
+
 // The instance callback of every enumeration benchmark: counts and goes on.
 struct TCountingCallback {
     std::size_t* count;

@@ -65,14 +65,7 @@ void BM_AssociatorsOfHub(benchmark::State& state) {
     // The first walk starts the provider; it is not measured.
     hub->EnumerateAssociatedInstances(callback, "", "", "", "", TCIMContext());
     bench::ReleaseRecords();
-    for (auto _ : state) {
-        count = 0;
-        MeasuredWalk(*hub, callback);
-        if (count != n) {
-            state.SkipWithError("the walk did not reach every spoke");
-            return;
-        }
-    }
+    bench::RunRequests(state, n, count, "the walk did not reach every spoke", [&] { MeasuredWalk(*hub, callback); });
     ReportSpokes(state, n);
 }
 
@@ -84,14 +77,8 @@ void BM_EnumerateSpokes(benchmark::State& state) {
     boost::shared_ptr<ICIMClass> spokes = gHost->ServedClass("Bench_Spoke");
     spokes->EnumerateInstances(callback, false, TCIMContext());
     bench::ReleaseRecords();
-    for (auto _ : state) {
-        count = 0;
-        MeasuredFarEnumeration(*spokes, callback);
-        if (count != n) {
-            state.SkipWithError("the enumeration did not deliver every spoke");
-            return;
-        }
-    }
+    bench::RunRequests(state, n, count, "the enumeration did not deliver every spoke",
+                       [&] { MeasuredFarEnumeration(*spokes, callback); });
     ReportSpokes(state, n);
 }
 

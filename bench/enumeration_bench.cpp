@@ -70,14 +70,8 @@ void BM_EnumerateThroughProvider(benchmark::State& state) {
     boost::shared_ptr<ICIMClass> cls = gHost->ServedClass("Bench_Item");
     bench::SetItemCount(n);
     StartProvider(cls, callback);
-    for (auto _ : state) {
-        count = 0;
-        MeasuredRequest(*cls, callback);
-        if (count != n) {
-            state.SkipWithError("the callback did not receive every instance");
-            return;
-        }
-    }
+    bench::RunRequests(state, n, count, "the callback did not receive every instance",
+                       [&] { MeasuredRequest(*cls, callback); });
     ReportItems(state, n);
 }
 
@@ -91,14 +85,8 @@ void BM_EnumerateHostInstances(benchmark::State& state) {
     boost::shared_ptr<ICIMClass> cls = gHost->RepositoryClass("Bench_Item");
     const TCIMValue stamp(TCIMDateTime(std::string("20240102030405.000000+000")));
     const TCIMValue label("bench");
-    for (auto _ : state) {
-        count = 0;
-        MeasuredHostInstances(*cls, n, stamp, label, callback);
-        if (count != n) {
-            state.SkipWithError("the callback did not receive every instance");
-            return;
-        }
-    }
+    bench::RunRequests(state, n, count, "the callback did not receive every instance",
+                       [&] { MeasuredHostInstances(*cls, n, stamp, label, callback); });
     ReportItems(state, n);
 }
 
@@ -113,13 +101,8 @@ void BM_UpcallEnumInstanceNames(benchmark::State& state) {
     bench::SetItemCount(n);
     StartProvider(cls, callback);
     unsigned int& seen = bench::ModuleVariable<unsigned int>(CallerModule(), "bench_caller_seen");
-    for (auto _ : state) {
-        MeasuredRequest(*cls, callback);
-        if (seen != n) {
-            state.SkipWithError("the upcall did not deliver every name");
-            return;
-        }
-    }
+    bench::RunRequests(state, n, seen, "the upcall did not deliver every name",
+                       [&] { MeasuredRequest(*cls, callback); });
     ReportItems(state, n);
 }
 

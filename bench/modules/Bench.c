@@ -8,9 +8,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 
-#include "cmpidt.h"
-#include "cmpift.h"
-#include "cmpimacs.h"
+#include "BenchItems.h"
 
 static const CMPIBroker* itemBroker;
 
@@ -23,19 +21,10 @@ static CMPIStatus BenchItem_Cleanup(CMPIInstanceMI* mi, const CMPIContext* ctx, 
 
 static CMPIInstance* makeItem(const char* ns, unsigned int index, CMPIDateTime* stamp) {
     char id[32];
-    CMPIUint32 count = index;
-    CMPIUint64 total = (CMPIUint64)index * 1000u;
     CMPIObjectPath* op = CMNewObjectPath(itemBroker, ns, "Bench_Item", NULL);
-    CMPIInstance* inst;
     snprintf(id, sizeof(id), "item%u", index);
     CMAddKey(op, "Id", id, CMPI_chars);
-    inst = CMNewInstance(itemBroker, op, NULL);
-    if (inst == NULL) return NULL;
-    CMSetProperty(inst, "Count", &count, CMPI_uint32);
-    CMSetProperty(inst, "Total", &total, CMPI_uint64);
-    CMSetProperty(inst, "Label", "bench", CMPI_chars);
-    CMSetProperty(inst, "Stamp", &stamp, CMPI_dateTime);
-    return inst;
+    return setBenchProperties(CMNewInstance(itemBroker, op, NULL), index, stamp);
 }
 
 static CMPIStatus BenchItem_EnumInstances(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,

@@ -9,9 +9,8 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include "cmpidt.h"
-#include "cmpift.h"
-#include "cmpimacs.h"
+#include "BenchItems.h"
+#include "zentaProvider.h"
 
 static const CMPIBroker* hubBroker;
 
@@ -34,10 +33,7 @@ static unsigned int spokeCount(void) {
     return spokes != NULL ? (unsigned int)strtoul(spokes, NULL, 10) : bench_spoke_count;
 }
 
-static CMPIStatus BenchHubs_Cleanup(CMPIInstanceMI* mi, const CMPIContext* ctx, CMPIBoolean terminating) {
-    (void)mi; (void)ctx; (void)terminating;
-    CMReturn(CMPI_RC_OK);
-}
+ZENTA_READ_ONLY_INSTANCE_MI(BenchHubs_)
 
 static CMPIObjectPath* keyedPath(const char* ns, const char* className, const char* id) {
     CMPIObjectPath* op = CMNewObjectPath(hubBroker, ns, className, NULL);
@@ -47,21 +43,14 @@ static CMPIObjectPath* keyedPath(const char* ns, const char* className, const ch
 
 static void spokeId(char* id, size_t size, unsigned int index) { snprintf(id, size, "spoke%u", index); }
 
-static CMPIInstance* makeHub(const char* ns) { return CMNewInstance(hubBroker, keyedPath(ns, kHubClass, kHubId), NULL); }
+static CMPIInstance* makeHub(const char* ns) {
+    return CMNewInstance(hubBroker, keyedPath(ns, kHubClass, kHubId), NULL);
+}
 
 static CMPIInstance* makeSpoke(const char* ns, unsigned int index, CMPIDateTime* stamp) {
     char id[32];
-    CMPIUint32 count = index;
-    CMPIUint64 total = (CMPIUint64)index * 1000u;
-    CMPIInstance* inst;
     spokeId(id, sizeof(id), index);
-    inst = CMNewInstance(hubBroker, keyedPath(ns, kSpokeClass, id), NULL);
-    if (inst == NULL) return NULL;
-    CMSetProperty(inst, "Count", &count, CMPI_uint32);
-    CMSetProperty(inst, "Total", &total, CMPI_uint64);
-    CMSetProperty(inst, "Label", "bench", CMPI_chars);
-    CMSetProperty(inst, "Stamp", &stamp, CMPI_dateTime);
-    return inst;
+    return setBenchProperties(CMNewInstance(hubBroker, keyedPath(ns, kSpokeClass, id), NULL), index, stamp);
 }
 
 static CMPIInstance* makeLink(const char* ns, CMPIObjectPath* hub, unsigned int index) {
@@ -139,39 +128,6 @@ static CMPIStatus BenchHubs_GetInstance(CMPIInstanceMI* mi, const CMPIContext* c
     index = spokeIndexOf(ref);
     if (index < 0) CMReturn(CMPI_RC_ERR_NOT_FOUND);
     return returnOrFail(rslt, makeSpoke(ns, (unsigned int)index, CMNewDateTimeFromChars(hubBroker, kStampText, NULL)));
-}
-
-static CMPIStatus BenchHubs_Unsupported(void) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
-
-static CMPIStatus BenchHubs_EnumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                              const CMPIObjectPath* ref) {
-    (void)mi; (void)ctx; (void)rslt; (void)ref;
-    return BenchHubs_Unsupported();
-}
-
-static CMPIStatus BenchHubs_CreateInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                           const CMPIObjectPath* ref, const CMPIInstance* inst) {
-    (void)mi; (void)ctx; (void)rslt; (void)ref; (void)inst;
-    return BenchHubs_Unsupported();
-}
-
-static CMPIStatus BenchHubs_ModifyInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                           const CMPIObjectPath* ref, const CMPIInstance* inst,
-                                           const char** properties) {
-    (void)mi; (void)ctx; (void)rslt; (void)ref; (void)inst; (void)properties;
-    return BenchHubs_Unsupported();
-}
-
-static CMPIStatus BenchHubs_DeleteInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                           const CMPIObjectPath* ref) {
-    (void)mi; (void)ctx; (void)rslt; (void)ref;
-    return BenchHubs_Unsupported();
-}
-
-static CMPIStatus BenchHubs_ExecQuery(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                      const CMPIObjectPath* ref, const char* lang, const char* query) {
-    (void)mi; (void)ctx; (void)rslt; (void)ref; (void)lang; (void)query;
-    return BenchHubs_Unsupported();
 }
 
 CMInstanceMIStub(BenchHubs_, BenchHubs, hubBroker, CMNoHook)
