@@ -168,11 +168,14 @@ public:
         TVisitor;
 
     TAssociationWalk(const ICIMInstance& source, const TCIMContext& context)
-        : fClass(source.GetClass(context)), fPath(source.GetReference(context)), fContext(context) {
+        : fClass(source.GetClass(context)), fPath(source.GetReference(context)), fContext(context),
+          fPlainContext(context) {
+        fPlainContext.erase(TNamespaceManager::kOriginKey);
         fContext[TNamespaceManager::kOriginKey] = TCIMValue("plugin");
         fNamespace = fClass->GetNamespace(TCIMContext());
         boost::shared_ptr<TInmemNamespace> inmem = boost::dynamic_pointer_cast<TInmemNamespace>(fNamespace);
         fRouter = inmem ? inmem->GetRoutingNamespace() : fNamespace;
+        fManager = boost::dynamic_pointer_cast<TNamespaceManager>(fRouter);
     }
 
     // Each association instance once; `visitor` gets it with the roles
@@ -194,7 +197,7 @@ public:
             if (enumerated != fEnumerated.end()) return enumerated->second.Find(path);
         }
         try {
-            boost::shared_ptr<ICIMInstance> far = fRouter->GetInstance(path, fContext);
+            boost::shared_ptr<ICIMInstance> far = SingleInstance(path);
             if (far || !IsServed(path.GetClassName())) return far;
             return Enumerate(NameKey(path.GetClassName()), path.GetClassName()).Find(path);
         } catch (const TZENTAException&) {
@@ -203,6 +206,16 @@ public:
     }
 
 private:
+    // Under the manager, a provider's instance is asked of its namespace
+    // directly: the manager would enumerate the class on a miss, for every
+    // far end, where the walk enumerates it once.
+    boost::shared_ptr<ICIMInstance> SingleInstance(const TCIMReference& path) const {
+        if (!fManager) return fRouter->GetInstance(path, fContext);
+        const boost::shared_ptr<ICIMNamespace> serving = fManager->GetServingNamespace(path.GetClassName());
+        if (!serving) return fRouter->GetInstance(path, fContext);
+        return serving->GetInstance(path, fPlainContext);
+    }
+
     bool IsServed(const std::string& className) const {
         boost::shared_ptr<ICIMClass> cls = fNamespace ? fNamespace->GetClass(className, TCIMContext())
                                                       : boost::shared_ptr<ICIMClass>();
@@ -255,8 +268,10 @@ private:
     boost::shared_ptr<ICIMClass> fClass;
     boost::shared_ptr<ICIMNamespace> fNamespace;
     TCIMReference fPath;
-    TCIMContext fContext;
+    TCIMContext fContext;       // the caller's, marked as a provider's request
+    TCIMContext fPlainContext;  // the caller's, without a mark
     boost::shared_ptr<ICIMNamespace> fRouter;
+    boost::shared_ptr<TNamespaceManager> fManager;  // the router, when it is the manager
     std::unordered_set<const ICIMInstance*> fSeen;
     // Held, not only remembered: an instance made by a provider must not be
     // freed and its address reused while the walk runs.

@@ -194,6 +194,10 @@ TNamespaceManager::TRoutePtr TNamespaceManager::Route(const std::string& name, c
     return route;
 }
 
+boost::shared_ptr<ICIMNamespace> TNamespaceManager::GetServingNamespace(const std::string& name) const {
+    return Route(name, TCIMContext())->serving;
+}
+
 // The provider namespace's class is kept only for requests whose context
 // holds nothing but their origin: another entry might change its answer.
 boost::shared_ptr<ICIMClass> TNamespaceManager::GetClass(const std::string& name, TCIMContext context) {

@@ -45,6 +45,9 @@ public:
     // Empty when nothing is attached under `name`.
     boost::shared_ptr<ICIMNamespace> GetProviderNamespace(const std::string& name) const;
     boost::shared_ptr<ICIMNamespace> GetRepository() const { return fRepository; }
+    // The provider namespace that serves the class `name`; empty when the
+    // repository does. kNotFound and kProviderFailure as GetClass.
+    boost::shared_ptr<ICIMNamespace> GetServingNamespace(const std::string& name) const;
 
     boost::shared_ptr<INamespaceProvider> GetNamespaceProvider(TCIMContext context) const override;
     // The manager is the top of the routing: kUnsupportedOperation.

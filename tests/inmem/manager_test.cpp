@@ -1,4 +1,6 @@
 // The namespace manager: requests from providers ("nspID") reach the provider namespace serving the class.
+#include <set>
+
 #include <gtest/gtest.h>
 
 #include "InmemTestSupport.h"
@@ -105,6 +107,67 @@ TEST_F(Manager, KeepsItsRoutesOnlyWhileClassesAndAttachedNamespacesStayAsTheyWer
     Qualify(*repository, *plain, "PLUGINNAME", TCIMValue("Served"));
     EXPECT_EQ(StatusOf([&] { manager->GetClass("Plain", OriginContext("cmpi")); }), kNotFound)
         << "routed now, to a namespace that lacks the class";
+}
+
+// A walk from a repository instance over an association one provider
+// namespace serves, to far ends another one serves and to far ends of the
+// repository: one look-up per far end, and a provider that gets no single
+// instances has its class enumerated once, however many far ends it has.
+TEST(ManagerWalks, FarEndsComeFromTheirOwnNamespaceWithOneLookUpEach) {
+    typedef std::multiset<std::string> S;
+    boost::shared_ptr<TInmemNamespace> repository = StandardRepository();
+    boost::shared_ptr<TNamespaceManager> manager = TNamespaceManager::Create(repository);
+    boost::shared_ptr<TFakeProviderNamespace> links{new TFakeProviderNamespace({"Links"})};
+    boost::shared_ptr<TFakeProviderNamespace> items{new TFakeProviderNamespace({"Items"})};
+    const auto define = [](TInmemNamespace& ns, const char* provider) {
+        for (const char* name : {"Owner", "Item", "Tag"}) AddKey(ns, *ns.AllocateClass(name, {}, NoContext()), "Id");
+        for (const char* name : {"Owns", "Tagged"}) {
+            boost::shared_ptr<ICIMClass> association =
+                AddAssociation(ns, name, {{"Owner", "Owner"}, {"Part", name == std::string("Owns") ? "Item" : "Tag"}});
+            if (provider != nullptr) Qualify(ns, *association, "PLUGINNAME", TCIMValue(provider));
+        }
+    };
+    define(*repository, "Links");
+    Qualify(*repository, *repository->GetClass("Item", NoContext()), "PLUGINNAME", TCIMValue("Items"));
+    for (const auto& store : {links, items}) {
+        LoadStandardDocuments(store->Store());
+        define(*store->Store(), nullptr);
+    }
+    boost::shared_ptr<ICIMInstance> owner = AddInstance(*repository->GetClass("Owner", {}), {{"Id", TCIMValue("o")}});
+    AddInstance(*repository->GetClass("Tag", {}), {{"Id", TCIMValue("t")}});
+    const auto path = [&](const char* cls, const std::string& id) {
+        TCIMReference reference(manager, NoContext());
+        reference.SetClassName(cls);
+        reference.AddKeyValue("Id", TCIMValue(id));
+        return TCIMValue(reference);
+    };
+    S expected = {"t"};
+    for (int i = 0; i < 6; ++i) {
+        const std::string id = "i" + std::to_string(i);
+        AddInstance(*items->Store()->GetClass("Item", {}), {{"Id", TCIMValue(id)}});
+        AddInstance(*links->Store()->GetClass("Owns", {}), {{"Owner", path("Owner", "o")}, {"Part", path("Item", id)}});
+        expected.insert(id);
+    }
+    AddInstance(*links->Store()->GetClass("Owns", {}), {{"Owner", path("Owner", "x")}, {"Part", path("Item", "i0")}});
+    AddInstance(*links->Store()->GetClass("Tagged", {}), {{"Owner", path("Owner", "o")}, {"Part", path("Tag", "t")}});
+    AddInstance(*links->Store()->GetClass("Tagged", {}), {{"Owner", path("Owner", "o")}, {"Part", path("Tag", "u")}});
+    manager->AttachProviderNamespace("links", links);
+    manager->AttachProviderNamespace("items", items);
+    const auto associators = [&] {
+        TCollector<ICIMInstance> found;
+        owner->EnumerateAssociatedInstances(found.Callback(), "", "", "", "", NoContext());
+        S ids;
+        for (const auto& instance : found.items) ids.insert(instance->GetProperty("Id", {})->GetValue().ToString());
+        return ids;
+    };
+    EXPECT_EQ(associators(), expected) << "t from the repository; u names nothing";
+    EXPECT_EQ(items->InstanceLookups(), 6);
+    EXPECT_EQ(items->ClassLookups(), 0);
+
+    items->AnswerSingleInstances(false);
+    EXPECT_EQ(associators(), expected);
+    EXPECT_EQ(items->InstanceLookups(), 7) << "one miss, then the enumeration of the class serves the rest";
+    EXPECT_EQ(items->ClassLookups(), 1);
 }
 
 TEST_F(Manager, EnumeratesTheProvidersOfItsNamespacesAndRefusesItself) {
