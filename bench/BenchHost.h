@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -126,6 +127,21 @@ inline void SetItemCount(std::size_t count) {
         static_cast<unsigned int>(count);
 }
 
+// Runs `request` once per iteration and fails the benchmark with `failure`
+// when a request leaves `delivered` short of `n` (it is set to 0 before
+// each request).
+template <class TCount, class TRequest>
+void RunRequests(benchmark::State& state, std::size_t n, TCount& delivered, const char* failure, TRequest request) {
+    for (auto _ : state) {
+        delivered = 0;
+        request();
+        if (delivered != n) {
+            state.SkipWithError(failure);
+            return;
+        }
+    }
+}
+
 // The instance callback of every enumeration benchmark: counts and goes on.
 struct TCountingCallback {
     std::size_t* count;
@@ -151,6 +167,26 @@ inline std::size_t ResidentSize() {
     return read == 2 ? resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) : 0;
 }
 
+// How often the measured requests ran. bench/instruction-counts divides
+// the instructions callgrind counts inside the functions that call
+// CountMeasured() by this number; the program writes it to the file that
+// ZENTA_BENCH_CALLS_FILE names when it ends.
+inline std::size_t& MeasuredCalls() {
+    static std::size_t calls = 0;
+    return calls;
+}
+
+inline void CountMeasured() { ++MeasuredCalls(); }
+
+inline void WriteMeasuredCalls() {
+    const char* file = std::getenv("ZENTA_BENCH_CALLS_FILE");
+    if (file == nullptr) return;
+    std::FILE* out = std::fopen(file, "w");
+    if (out == nullptr) return;
+    std::fprintf(out, "%zu\n", MeasuredCalls());
+    std::fclose(out);
+}
+
 // The main of a benchmark program whose benchmarks share one host over the
 // "enum" modules: the host lives from before the first benchmark to after
 // the last.
@@ -162,6 +198,7 @@ inline int RunOverEnumerationModules(int argc, char** argv, std::unique_ptr<THos
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     host.reset();
+    WriteMeasuredCalls();
     return 0;
 }
 

@@ -181,7 +181,7 @@ private:
 
 TServer& SmallServer() {
     // One instance per enumeration: the request's own cost, not the provider's.
-    static TServer server("BENCH_ITEM_COUNT=1", 2);
+    static TServer server("ZENTA_BENCH_ITEMS=1", 2);
     return server;
 }
 
@@ -201,7 +201,7 @@ BENCHMARK(SmallRequests)->Threads(1)->Threads(8)->UseRealTime()->MinTime(3);
 // side's figure is the least of the runs: the machine is shared, and other
 // work only ever adds.
 void LargeEnumeration(benchmark::State& state) {
-    const std::string count = "BENCH_ITEM_COUNT=" + std::to_string(kLargeCount);
+    const std::string count = "ZENTA_BENCH_ITEMS=" + std::to_string(kLargeCount);
     TUsage server{1e9, 0};
     TUsage tool{1e9, 0};
     std::size_t bytes = 0;

@@ -1,15 +1,14 @@
 /* The benchmark provider BenchItem: serves Bench_Item with
  * bench_item_count instances of five properties each (string key, uint32,
  * uint64, string, date-time). The benchmark sets the count through dlsym
- * before it enumerates (or BENCH_ITEM_COUNT in the environment says it).
- * The date-time is made once per request and set on
- * every instance, as a provider that stamps a whole answer would. */
+ * before it enumerates; a whole process (zenta --providers) sets it with
+ * the environment variable ZENTA_BENCH_ITEMS. The date-time is made once
+ * per request and set on every instance, as a provider that stamps a whole
+ * answer would. */
 #include <stdio.h>
 #include <stdlib.h>
 
-#include "cmpidt.h"
-#include "cmpift.h"
-#include "cmpimacs.h"
+#include "BenchItems.h"
 
 static const CMPIBroker* itemBroker;
 
@@ -22,32 +21,21 @@ static CMPIStatus BenchItem_Cleanup(CMPIInstanceMI* mi, const CMPIContext* ctx, 
 
 static CMPIInstance* makeItem(const char* ns, unsigned int index, CMPIDateTime* stamp) {
     char id[32];
-    CMPIUint32 count = index;
-    CMPIUint64 total = (CMPIUint64)index * 1000u;
     CMPIObjectPath* op = CMNewObjectPath(itemBroker, ns, "Bench_Item", NULL);
-    CMPIInstance* inst;
     snprintf(id, sizeof(id), "item%u", index);
     CMAddKey(op, "Id", id, CMPI_chars);
-    inst = CMNewInstance(itemBroker, op, NULL);
-    if (inst == NULL) return NULL;
-    CMSetProperty(inst, "Count", &count, CMPI_uint32);
-    CMSetProperty(inst, "Total", &total, CMPI_uint64);
-    CMSetProperty(inst, "Label", "bench", CMPI_chars);
-    CMSetProperty(inst, "Stamp", &stamp, CMPI_dateTime);
-    return inst;
+    return setBenchProperties(CMNewInstance(itemBroker, op, NULL), index, stamp);
 }
 
 static CMPIStatus BenchItem_EnumInstances(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
                                           const CMPIObjectPath* ref, const char** properties) {
     const char* ns = CMGetCharPtr(CMGetNameSpace(ref, NULL));
     CMPIDateTime* stamp = CMNewDateTimeFromChars(itemBroker, "20240102030405.000000+000", NULL);
+    const char* items = getenv("ZENTA_BENCH_ITEMS");
     unsigned int i;
     (void)mi; (void)ctx; (void)properties;
-    /* A provider in another process (zentad's worker) is told its count
-     * through the environment. */
-    const char* requested = getenv("BENCH_ITEM_COUNT");
-    unsigned int count = requested != NULL ? (unsigned int)strtoul(requested, NULL, 10) : bench_item_count;
-    for (i = 0; i < count; ++i) {
+    if (items != NULL) bench_item_count = (unsigned int)strtoul(items, NULL, 10);
+    for (i = 0; i < bench_item_count; ++i) {
         CMPIInstance* inst = makeItem(ns, i, stamp);
         if (inst == NULL) CMReturn(CMPI_RC_ERR_FAILED);
         CMReturnInstance(rslt, inst);

@@ -53,28 +53,34 @@ struct TFieldValue {
     unsigned long value;
 };
 
-// Reads `field` of `text`; the empty string when it is acceptable,
-// otherwise what is wrong with it.
+// Reads `field` of `text` in place (every date-time a provider makes is
+// read here); the empty string when it is acceptable, otherwise what is
+// wrong with it.
 std::string ReadField(const std::string& text, const TField& field, TFieldValue& result) {
-    const std::string digits = text.substr(field.offset, field.length);
+    const char* const digits = text.data() + field.offset;
     std::size_t digitCount = 0;
     std::size_t asteriskCount = 0;
-    for (char c : digits) {
+    unsigned long value = 0;
+    for (std::size_t i = 0; i < field.length; ++i) {
+        const char c = digits[i];
         if (IsDigit(c)) {
             ++digitCount;
+            value = value * 10 + static_cast<unsigned long>(c - '0');
         } else if (c == '*') {
             ++asteriskCount;
         } else {
-            return std::string("the ") + field.name + " " + Quote(digits) + " is not a number";
+            return std::string("the ") + field.name + " " + Quote(std::string(digits, field.length)) +
+                   " is not a number";
         }
     }
     if (digitCount != 0 && asteriskCount != 0) {
-        return std::string("the ") + field.name + " " + Quote(digits) + " mixes digits and asterisks";
+        return std::string("the ") + field.name + " " + Quote(std::string(digits, field.length)) +
+               " mixes digits and asterisks";
     }
     result.specified = digitCount != 0;
-    result.value = result.specified ? std::strtoul(digits.c_str(), nullptr, 10) : 0;
+    result.value = value;
     if (result.specified && (result.value < field.minimum || result.value > field.maximum)) {
-        return std::string("the ") + field.name + " " + digits + " is out of range";
+        return std::string("the ") + field.name + " " + std::string(digits, field.length) + " is out of range";
     }
     return std::string();
 }
@@ -93,15 +99,17 @@ std::string ReadFields(const std::string& text, const TField* const (&fields)[kC
 // The '.' and the microseconds, whose low-order digits may be asterisks.
 std::string CheckFraction(const std::string& text) {
     if (text[kDotPosition] != '.') return "a '.' must follow the seconds";
-    const std::string micro = text.substr(kMicrosecondsOffset, kMicrosecondsLength);
+    const char* const micro = text.data() + kMicrosecondsOffset;
     bool asterisksStarted = false;
-    for (char c : micro) {
+    for (std::size_t i = 0; i < kMicrosecondsLength; ++i) {
+        const char c = micro[i];
         if (c == '*') {
             asterisksStarted = true;
         } else if (!IsDigit(c)) {
-            return "the microseconds " + Quote(micro) + " are not a number";
+            return "the microseconds " + Quote(std::string(micro, kMicrosecondsLength)) + " are not a number";
         } else if (asterisksStarted) {
-            return "the microseconds " + Quote(micro) + " have asterisks before digits";
+            return "the microseconds " + Quote(std::string(micro, kMicrosecondsLength)) +
+                   " have asterisks before digits";
         }
     }
     return std::string();

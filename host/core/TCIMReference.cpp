@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <boost/core/null_deleter.hpp>
+#include <boost/make_shared.hpp>
 
 #include "CIMNames.h"
 #include "ICIMNamespace.h"
@@ -59,7 +60,7 @@ void AppendKeyValue(std::string& out, const TCIMValue& value) {
     } else if (type.IsReal()) {
         AppendRealKey(out, value.ToString(10));
     } else if (type == TType::kReference) {
-        AppendQuoted(out, EmbeddedPath(static_cast<TCIMReference>(value)));
+        AppendQuoted(out, EmbeddedPath(value.GetReference()));
     } else {
         AppendQuoted(out, value.ToString(10));
     }
@@ -264,9 +265,9 @@ bool TPathParser::ReadUnquoted(const std::string& key, TCIMValue& value) {
 
 TCIMReference::TCIMReference() { BindSelf(); }
 
-TCIMReference::TCIMReference(boost::shared_ptr<ICIMNamespace> ns, TCIMContext context)
-    : fNamespace(std::move(ns)), fContext(std::move(context)) {
+TCIMReference::TCIMReference(boost::shared_ptr<ICIMNamespace> ns, TCIMContext context) : fNamespace(ns) {
     BindSelf();
+    SetContext(std::move(context));
 }
 
 TCIMReference::TCIMReference(const TCIMReference& other)
@@ -329,19 +330,31 @@ void TCIMReference::Clear() {
     fNamespaceName.clear();
     fClassName.clear();
     fKeys.clear();
-    fContext.clear();
+    fContext.reset();
 }
 
 // --- fields ----------------------------------------------------------------
 
 void TCIMReference::SetClassName(const std::string& name) { fClassName = name; }
 std::string TCIMReference::GetClassName() const { return fClassName; }
-void TCIMReference::SetNamespace(boost::shared_ptr<ICIMNamespace> ns) { fNamespace = std::move(ns); }
-boost::shared_ptr<ICIMNamespace> TCIMReference::GetNamespace() const { return fNamespace; }
+void TCIMReference::SetNamespace(boost::shared_ptr<ICIMNamespace> ns) { fNamespace = ns; }
+boost::shared_ptr<ICIMNamespace> TCIMReference::GetNamespace() const { return fNamespace.lock(); }
 void TCIMReference::SetNameSpaceName(std::string name) { fNamespaceName = std::move(name); }
 std::string TCIMReference::GetNameSpaceName() const { return fNamespaceName; }
-void TCIMReference::SetContext(TCIMContext context) { fContext = std::move(context); }
-const TCIMContext& TCIMReference::GetContext() const { return fContext; }
+void TCIMReference::SetContext(TCIMContext context) {
+    if (context.empty()) {
+        fContext.reset();
+    } else {
+        fContext = boost::make_shared<const TCIMContext>(std::move(context));
+    }
+}
+
+void TCIMReference::ShareContext(const TSharedContext& context) { fContext = context; }
+
+const TCIMContext& TCIMReference::GetContext() const {
+    static const TCIMContext* const kEmpty = new TCIMContext;
+    return fContext ? *fContext : *kEmpty;
+}
 
 // --- key bindings ----------------------------------------------------------
 
@@ -404,13 +417,16 @@ std::string TCIMReference::GetPath() const {
 // --- resolution ------------------------------------------------------------
 
 boost::shared_ptr<ICIMClass> TCIMReference::GetClass() const {
-    if (!fNamespace) return boost::shared_ptr<ICIMClass>();
-    return fNamespace->GetClass(fClassName, fContext);
+    const boost::shared_ptr<ICIMNamespace> ns = fNamespace.lock();
+    if (!ns) return boost::shared_ptr<ICIMClass>();
+    return ns->GetClass(fClassName, GetContext());
 }
 
 boost::shared_ptr<ICIMElement> TCIMReference::GetCIMElement(bool classOnly) const {
-    if (!classOnly && !fKeys.empty() && fNamespace) return fNamespace->GetInstance(*this, fContext);
-    return GetClass();
+    if (classOnly || fKeys.empty()) return GetClass();
+    const boost::shared_ptr<ICIMNamespace> ns = fNamespace.lock();
+    if (!ns) return GetClass();
+    return ns->GetInstance(*this, GetContext());
 }
 
 namespace {

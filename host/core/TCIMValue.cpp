@@ -1,10 +1,11 @@
 #include "TCIMValue.h"
 
+#include <atomic>
 #include <charconv>
 #include <cmath>
+#include <cstring>
+#include <new>
 #include <utility>
-
-#include <boost/make_shared.hpp>
 
 #include "CIMNames.h"
 #include "TCIMReference.h"
@@ -98,9 +99,139 @@ bool TType::IsSigned() const { return fType == kSint8 || fType == kSint16 || fTy
 
 bool TType::IsReal() const { return fType == kReal32 || fType == kReal64; }
 
+// --- payloads ----------------------------------------------------------------
+
+// Every instance holds one value per property and every path one per key:
+// the size is what the host's memory per instance is made of.
+static_assert(sizeof(TCIMValue) == 16, "a value takes sixteen bytes on every target");
+
+// Shared by the copies of a value, never changed while shared; the last
+// copy to go frees it. The count is atomic: copies may live on several
+// threads.
+struct TCIMValue::TPayload {
+    TPayload() : fReferences(1) {}
+    std::atomic<unsigned> fReferences;
+};
+
+// Text longer than a value holds: the characters follow the header.
+struct TCIMValue::TTextPayload : TPayload {
+    std::size_t fLength;
+    char* Characters() { return reinterpret_cast<char*>(this + 1); }
+    const char* Characters() const { return reinterpret_cast<const char*>(this + 1); }
+
+    static TTextPayload* Make(const char* text, std::size_t length) {
+        void* memory = ::operator new(sizeof(TTextPayload) + length + 1);
+        TTextPayload* payload = new (memory) TTextPayload;
+        payload->fLength = length;
+        std::memcpy(payload->Characters(), text, length);
+        payload->Characters()[length] = '\0';
+        return payload;
+    }
+};
+
+struct TCIMValue::TReferencePayload : TPayload {
+    explicit TReferencePayload(const TCIMReference& reference) : fReference(reference) {}
+    TCIMReference fReference;
+};
+
+struct TCIMValue::TArrayPayload : TPayload {
+    explicit TArrayPayload(std::vector<TCIMValue>&& elements) : fElements(std::move(elements)) {}
+    std::vector<TCIMValue> fElements;
+};
+
+namespace {
+
+// Date-times are kept packed in the value: every character of the text but
+// the '.' as one half-byte (digits, '*', and the kind '+', '-' or ':').
+const std::size_t kDotPosition = 14;
+const std::size_t kPackedDateTimeBytes = (TCIMDateTime::kTextLength - 1 + 1) / 2;
+const char kDateTimeSymbols[] = "0123456789*+-:";
+const unsigned char kNoSymbol = 0xFF;
+
+// The half-byte of each character date-time text may hold, kNoSymbol for
+// the others.
+struct TSymbolCodes {
+    unsigned char code[256];
+    TSymbolCodes() {
+        std::memset(code, kNoSymbol, sizeof(code));
+        for (unsigned i = 0; kDateTimeSymbols[i] != '\0'; ++i) {
+            code[static_cast<unsigned char>(kDateTimeSymbols[i])] = static_cast<unsigned char>(i);
+        }
+    }
+};
+
+// False when `text` is not date-time text that packs (it is then kept as a
+// payload, as any other text).
+bool PackDateTime(const std::string& text, unsigned char* packed) {
+    static const TSymbolCodes symbols;
+    if (text.size() != TCIMDateTime::kTextLength || text[kDotPosition] != '.') return false;
+    std::size_t nibble = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (i == kDotPosition) continue;
+        const unsigned code = symbols.code[static_cast<unsigned char>(text[i])];
+        if (code == kNoSymbol) return false;
+        if (nibble % 2 == 0) {
+            packed[nibble / 2] = static_cast<unsigned char>(code);
+        } else {
+            packed[nibble / 2] = static_cast<unsigned char>(packed[nibble / 2] | (code << 4));
+        }
+        ++nibble;
+    }
+    return true;
+}
+
+void AppendPackedDateTime(std::string& out, const unsigned char* packed) {
+    char text[TCIMDateTime::kTextLength];
+    std::size_t nibble = 0;
+    for (std::size_t i = 0; i < TCIMDateTime::kTextLength; ++i) {
+        if (i == kDotPosition) {
+            text[i] = '.';
+            continue;
+        }
+        text[i] = kDateTimeSymbols[(packed[nibble / 2] >> (4 * (nibble % 2))) & 0xF];
+        ++nibble;
+    }
+    out.append(text, sizeof(text));
+}
+
+}  // namespace
+
+std::uint64_t TCIMValue::Bits() const {
+    std::uint64_t bits;
+    std::memcpy(&bits, fBytes, sizeof(bits));
+    return bits;
+}
+
+double TCIMValue::Real() const {
+    double real;
+    std::memcpy(&real, fBytes, sizeof(real));
+    return real;
+}
+
+TCIMValue::TPayload* TCIMValue::Payload() const {
+    TPayload* payload;
+    std::memcpy(&payload, fBytes, sizeof(payload));
+    return payload;
+}
+
+const TCIMValue::TTextPayload& TCIMValue::Text() const { return *static_cast<TTextPayload*>(Payload()); }
+
+const TCIMValue::TReferencePayload& TCIMValue::Reference() const {
+    return *static_cast<TReferencePayload*>(Payload());
+}
+
+const TCIMValue::TArrayPayload& TCIMValue::Array() const { return *static_cast<TArrayPayload*>(Payload()); }
+
+// Only strings are kept inline as characters; date-times are packed.
+const char* TCIMValue::TextData() const {
+    return Has(kInlineBit) ? reinterpret_cast<const char*>(fBytes) : Text().Characters();
+}
+
+std::size_t TCIMValue::TextLength() const { return Has(kInlineBit) ? fBytes[kInlineCapacity] : Text().fLength; }
+
 // --- construction ----------------------------------------------------------
 
-TCIMValue::TCIMValue() : fType(TType::kNone), fIsNull(true), fIsArray(false) { fScalar.integer = 0; }
+TCIMValue::TCIMValue() : fType(TType::kNone), fFlags(kNullBit) { std::memset(fBytes, 0, sizeof(fBytes)); }
 
 TCIMValue::TCIMValue(bool value) : TCIMValue() { Set(value); }
 TCIMValue::TCIMValue(signed char value) : TCIMValue() { Set(value); }
@@ -115,29 +246,31 @@ TCIMValue::TCIMValue(float value) : TCIMValue() { Set(value); }
 TCIMValue::TCIMValue(double value) : TCIMValue() { Set(value); }
 TCIMValue::TCIMValue(const char* value) : TCIMValue() { Set(value); }
 TCIMValue::TCIMValue(const std::string& value) : TCIMValue() { Set(value); }
-TCIMValue::TCIMValue(std::string&& value) : TCIMValue() { Set(std::move(value)); }
+TCIMValue::TCIMValue(std::string&& value) : TCIMValue() { Set(value); }
 TCIMValue::TCIMValue(const TCIMChar16& value) : TCIMValue() { Set(value); }
 TCIMValue::TCIMValue(const TCIMDateTime& value) : TCIMValue() { Set(value); }
 TCIMValue::TCIMValue(const TCIMReference& value) : TCIMValue() { Set(value); }
 
-TCIMValue::TCIMValue(const TCIMValue& other) = default;
-
-TCIMValue::TCIMValue(TCIMValue&& other) noexcept
-    : fType(other.fType),
-      fIsNull(other.fIsNull),
-      fIsArray(other.fIsArray),
-      fScalar(other.fScalar),
-      fText(std::move(other.fText)),
-      fReference(std::move(other.fReference)),
-      fArray(std::move(other.fArray)) {
-    other.fType = TType::kNone;
-    other.fIsNull = true;
-    other.fIsArray = false;
+TCIMValue::TCIMValue(const TCIMValue& other) : fType(other.fType), fFlags(other.fFlags) {
+    std::memcpy(fBytes, other.fBytes, sizeof(fBytes));
+    if (Has(kPayloadBit)) Payload()->fReferences.fetch_add(1, std::memory_order_relaxed);
 }
 
-// Both assignments go through a temporary: the source may be an element of
-// this value's own array.
+TCIMValue::TCIMValue(TCIMValue&& other) noexcept : fType(other.fType), fFlags(other.fFlags) {
+    std::memcpy(fBytes, other.fBytes, sizeof(fBytes));
+    other.fType = TType::kNone;
+    other.fFlags = kNullBit;
+}
+
+// Values without payloads are copied as they are. Others go through a
+// temporary: the source may be an element of this value's own array.
 TCIMValue& TCIMValue::operator=(const TCIMValue& other) {
+    if (!Has(kPayloadBit) && !other.Has(kPayloadBit)) {
+        std::memcpy(fBytes, other.fBytes, sizeof(fBytes));
+        fType = other.fType;
+        fFlags = other.fFlags;
+        return *this;
+    }
     TCIMValue copy(other);
     Swap(copy);
     return *this;
@@ -149,33 +282,70 @@ TCIMValue& TCIMValue::operator=(TCIMValue&& other) noexcept {
     return *this;
 }
 
-TCIMValue::~TCIMValue() {}
+TCIMValue::~TCIMValue() { Release(); }
+
+void TCIMValue::Release() noexcept {
+    if (!Has(kPayloadBit)) return;
+    TPayload* payload = Payload();
+    fFlags = static_cast<unsigned char>(fFlags & ~kPayloadBit);
+    if (payload->fReferences.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+    if (Has(kArrayBit)) {
+        delete static_cast<TArrayPayload*>(payload);
+    } else if (fType == TType::kReference) {
+        delete static_cast<TReferencePayload*>(payload);
+    } else {
+        TTextPayload* text = static_cast<TTextPayload*>(payload);
+        text->~TTextPayload();
+        ::operator delete(text);
+    }
+}
 
 void TCIMValue::Swap(TCIMValue& other) noexcept {
+    unsigned char bytes[sizeof(fBytes)];
+    std::memcpy(bytes, fBytes, sizeof(bytes));
+    std::memcpy(fBytes, other.fBytes, sizeof(bytes));
+    std::memcpy(other.fBytes, bytes, sizeof(bytes));
     std::swap(fType, other.fType);
-    std::swap(fIsNull, other.fIsNull);
-    std::swap(fIsArray, other.fIsArray);
-    std::swap(fScalar, other.fScalar);
-    fText.swap(other.fText);
-    fReference.swap(other.fReference);
-    fArray.swap(other.fArray);
+    std::swap(fFlags, other.fFlags);
 }
 
 // --- setters ---------------------------------------------------------------
 
 void TCIMValue::Reset(TType::ECIMType type) {
-    fType = type;
-    fIsNull = false;
-    fIsArray = false;
-    fScalar.integer = 0;
-    fText.clear();
-    fReference.reset();
-    if (fArray.capacity() != 0) std::vector<TCIMValue>().swap(fArray);
+    Release();
+    fType = static_cast<unsigned char>(type);
+    fFlags = 0;
+    std::memset(fBytes, 0, sizeof(fBytes));
 }
 
 void TCIMValue::SetInteger(TType::ECIMType type, std::uint64_t bits) {
     Reset(type);
-    fScalar.integer = bits;
+    std::memcpy(fBytes, &bits, sizeof(bits));
+}
+
+void TCIMValue::SetReal(TType::ECIMType type, double real) {
+    Reset(type);
+    std::memcpy(fBytes, &real, sizeof(real));
+}
+
+// Set last: `text` may lie in this value's own payload.
+void TCIMValue::SetText(TType::ECIMType type, const char* text, std::size_t length) {
+    if (length <= kInlineCapacity) {
+        unsigned char bytes[sizeof(fBytes)] = {};
+        std::memcpy(bytes, text, length);
+        bytes[kInlineCapacity] = static_cast<unsigned char>(length);
+        Reset(type);
+        std::memcpy(fBytes, bytes, sizeof(bytes));
+        fFlags = kInlineBit;
+        return;
+    }
+    SetPayload(type, TTextPayload::Make(text, length));
+}
+
+void TCIMValue::SetPayload(TType::ECIMType type, TPayload* payload) {
+    Reset(type);
+    std::memcpy(fBytes, &payload, sizeof(payload));
+    fFlags = kPayloadBit;
 }
 
 // Signed values are stored sign-extended, so that narrowing the stored bits
@@ -190,52 +360,54 @@ void TCIMValue::Set(unsigned int value) { SetInteger(TType::kUint32, value); }
 void TCIMValue::Set(long long value) { SetInteger(TType::kSint64, static_cast<std::uint64_t>(value)); }
 void TCIMValue::Set(unsigned long long value) { SetInteger(TType::kUint64, value); }
 void TCIMValue::Set(const TCIMChar16& value) { SetInteger(TType::kChar16, value.GetValue()); }
-
-void TCIMValue::Set(float value) {
-    Reset(TType::kReal32);
-    fScalar.real = value;
-}
-
-void TCIMValue::Set(double value) {
-    Reset(TType::kReal64);
-    fScalar.real = value;
-}
+void TCIMValue::Set(float value) { SetReal(TType::kReal32, value); }
+void TCIMValue::Set(double value) { SetReal(TType::kReal64, value); }
 
 void TCIMValue::Set(const char* value) {
     if (value == nullptr) {
         SetNullValue(TType::kString, 0);
         return;
     }
-    Reset(TType::kString);
-    fText.assign(value);
+    SetText(TType::kString, value, std::strlen(value));
 }
 
-void TCIMValue::Set(const std::string& value) {
-    Reset(TType::kString);
-    fText.assign(value);
-}
+void TCIMValue::Set(const std::string& value) { SetText(TType::kString, value.data(), value.size()); }
 
-void TCIMValue::Set(std::string&& value) {
-    Reset(TType::kString);
-    fText = std::move(value);
-}
+void TCIMValue::Set(std::string&& value) { SetText(TType::kString, value.data(), value.size()); }
 
+// A provider that stamps its instances sets the same date-time on each:
+// the text packed last is kept to be copied.
 void TCIMValue::Set(const TCIMDateTime& value) {
     if (value.IsNull()) {
         SetNullValue(TType::kDateTime, 0);
         return;
     }
+    struct TLastPacked {
+        char text[TCIMDateTime::kTextLength];
+        unsigned char packed[kPackedDateTimeBytes];
+        bool valid;
+    };
+    thread_local TLastPacked last = {};
+    const std::string& text = value.ToString();
+    unsigned char packed[kPackedDateTimeBytes];
+    if (last.valid && text.size() == sizeof(last.text) && std::memcmp(text.data(), last.text, sizeof(last.text)) == 0) {
+        std::memcpy(packed, last.packed, sizeof(packed));
+    } else if (PackDateTime(text, packed)) {
+        std::memcpy(last.text, text.data(), sizeof(last.text));
+        std::memcpy(last.packed, packed, sizeof(packed));
+        last.valid = true;
+    } else {
+        SetPayload(TType::kDateTime, TTextPayload::Make(text.data(), text.size()));
+        return;
+    }
     Reset(TType::kDateTime);
-    fText.assign(value.ToString());
+    std::memcpy(fBytes, packed, sizeof(packed));
+    fFlags = kInlineBit;
 }
 
 void TCIMValue::Set(TCIMReference& value) { Set(static_cast<const TCIMReference&>(value)); }
 
-void TCIMValue::Set(const TCIMReference& value) {
-    boost::shared_ptr<const TCIMReference> stored = boost::make_shared<TCIMReference>(value);
-    Reset(TType::kReference);
-    fReference.swap(stored);
-}
+void TCIMValue::Set(const TCIMReference& value) { SetPayload(TType::kReference, new TReferencePayload(value)); }
 
 void TCIMValue::Set(TCIMType type, unsigned int count, const std::vector<TCIMValue>& elements) {
     const std::size_t taken = count < elements.size() ? count : elements.size();
@@ -263,17 +435,16 @@ void TCIMValue::SetArray(TCIMType type, unsigned int count, std::vector<TCIMValu
     elements.resize(count);
     for (std::size_t i = 0; i < elements.size(); ++i) {
         TCIMValue& element = elements[i];
-        if (element.fIsNull && !element.fIsArray) {
+        if (element.IsNull() && !element.IsArray()) {
             element.SetNullValue(base, 0);
-        } else if (element.fIsArray || element.fType != base) {
+        } else if (element.IsArray() || element.fType != base) {
             ThrowStatus(TZENTAStatusCode::kTypeMismatch, "element " + std::to_string(i) + " of a " +
                                                              kTypeNames[base] + " array is " +
                                                              element.Describe());
         }
     }
-    Reset(base);
-    fIsArray = true;
-    fArray.swap(elements);
+    SetPayload(base, new TArrayPayload(std::move(elements)));
+    fFlags = kPayloadBit | kArrayBit;
 }
 
 void TCIMValue::SetNullValue(TType::ECIMType type, unsigned int count) {
@@ -283,8 +454,8 @@ void TCIMValue::SetNullValue(TType::ECIMType type, unsigned int count) {
                     "cannot make a null of type code " + std::to_string(static_cast<int>(type)));
     }
     Reset(base);
-    fIsNull = true;
-    fIsArray = count > 0 || (type & TType::kArrayFlag) != 0;
+    fFlags = kNullBit;
+    if (count > 0 || (type & TType::kArrayFlag) != 0) fFlags |= kArrayBit;
 }
 
 // --- text ------------------------------------------------------------------
@@ -300,45 +471,52 @@ std::string TCIMValue::ToString(unsigned char radix) const {
 }
 
 void TCIMValue::AppendText(std::string& out) const {
-    if (fIsNull) return;
-    if (fIsArray) {
-        for (std::size_t i = 0; i < fArray.size(); ++i) {
+    if (IsNull()) return;
+    if (IsArray()) {
+        const std::vector<TCIMValue>& elements = Array().fElements;
+        for (std::size_t i = 0; i < elements.size(); ++i) {
             if (i != 0) out += ',';
-            fArray[i].AppendText(out);
+            elements[i].AppendText(out);
         }
         return;
     }
     switch (fType) {
         case TType::kBoolean:
-            out += fScalar.integer ? "TRUE" : "FALSE";
+            out += Bits() ? "TRUE" : "FALSE";
             break;
         case TType::kUint8:
         case TType::kUint16:
         case TType::kUint32:
         case TType::kUint64:
-            AppendNumber(out, fScalar.integer);
+            AppendNumber(out, Bits());
             break;
         case TType::kSint8:
         case TType::kSint16:
         case TType::kSint32:
         case TType::kSint64:
-            AppendNumber(out, static_cast<std::int64_t>(fScalar.integer));
+            AppendNumber(out, static_cast<std::int64_t>(Bits()));
             break;
         case TType::kReal32:
-            AppendReal(out, static_cast<float>(fScalar.real));
+            AppendReal(out, static_cast<float>(Real()));
             break;
         case TType::kReal64:
-            AppendReal(out, fScalar.real);
+            AppendReal(out, Real());
             break;
         case TType::kChar16:
-            AppendUtf8(out, static_cast<unsigned>(fScalar.integer));
+            AppendUtf8(out, static_cast<unsigned>(Bits()));
             break;
         case TType::kString:
+            out.append(TextData(), TextLength());
+            break;
         case TType::kDateTime:
-            out += fText;
+            if (Has(kInlineBit)) {
+                AppendPackedDateTime(out, fBytes);
+            } else {
+                out.append(Text().Characters(), Text().fLength);
+            }
             break;
         case TType::kReference:
-            out += fReference->GetPath();
+            out += Reference().fReference.GetPath();
             break;
         default:
             break;
@@ -347,10 +525,10 @@ void TCIMValue::AppendText(std::string& out) const {
 
 // "the uint8 value 7", "a null string value", "a sint32 array", ...
 std::string TCIMValue::Describe() const {
-    const std::string type = TypeNameOrUntyped(fType);
+    const std::string type = TypeNameOrUntyped(GetType());
     if (fType == TType::kNone) return "an unset value";
-    if (fIsNull) return "a null " + type + (fIsArray ? " array" : " value");
-    if (fIsArray) return "a " + type + " array";
+    if (IsNull()) return "a null " + type + (IsArray() ? " array" : " value");
+    if (IsArray()) return "a " + type + " array";
     const std::size_t kShownLength = 60;
     std::string text = ToString(10);
     if (text.size() > kShownLength) text = text.substr(0, kShownLength) + "...";
@@ -365,8 +543,8 @@ void TCIMValue::ThrowMismatch(const char* target) const {
 }
 
 void TCIMValue::RequireScalar(const char* target) const {
-    if (fIsArray) ThrowMismatch(target);
-    if (fIsNull) ThrowStatus(TZENTAStatusCode::kNullValue, "cannot read " + Describe() + " as " + target);
+    if (IsArray()) ThrowMismatch(target);
+    if (IsNull()) ThrowStatus(TZENTAStatusCode::kNullValue, "cannot read " + Describe() + " as " + target);
 }
 
 void TCIMValue::RequireType(TType::ECIMType type, const char* target) const {
@@ -378,16 +556,16 @@ template <class TTarget>
 TTarget TCIMValue::ReadInteger(const char* target) const {
     RequireScalar(target);
     if (fType != TType::kBoolean && !GetType().IsInteger()) ThrowMismatch(target);
-    return static_cast<TTarget>(fScalar.integer);
+    return static_cast<TTarget>(Bits());
 }
 
 template <class TTarget>
 TTarget TCIMValue::ReadReal(const char* target) const {
     RequireScalar(target);
     const TType type = GetType();
-    if (type.IsReal()) return static_cast<TTarget>(fScalar.real);
-    if (type.IsSigned()) return static_cast<TTarget>(static_cast<std::int64_t>(fScalar.integer));
-    if (type.IsInteger()) return static_cast<TTarget>(fScalar.integer);
+    if (type.IsReal()) return static_cast<TTarget>(Real());
+    if (type.IsSigned()) return static_cast<TTarget>(static_cast<std::int64_t>(Bits()));
+    if (type.IsInteger()) return static_cast<TTarget>(Bits());
     ThrowMismatch(target);
 }
 
@@ -407,42 +585,66 @@ TCIMValue::operator double() const { return ReadReal<double>("double"); }
 // reads a property as a string (the CMPI library reads registrations so)
 // gets a one-element array's element itself.
 TCIMValue::operator std::string() const {
-    if (fIsNull) return std::string();
-    if (fType == TType::kString && !fIsArray) return fText;
+    if (IsNull()) return std::string();
+    if (fType == TType::kString && !IsArray()) return std::string(TextData(), TextLength());
     return ToString(10);
 }
 
 TCIMValue::operator TCIMChar16() const {
     RequireType(TType::kChar16, "char16");
-    return TCIMChar16(static_cast<unsigned short>(fScalar.integer));
+    return TCIMChar16(static_cast<unsigned short>(Bits()));
 }
 
 TCIMValue::operator TCIMDateTime() const {
     RequireType(TType::kDateTime, "datetime");
-    return TCIMDateTime(fText, TCIMDateTime::TValidated());
+    std::string text;
+    AppendText(text);
+    return TCIMDateTime(text, TCIMDateTime::TValidated());
 }
 
-TCIMValue::operator TCIMReference() const {
+const TCIMReference& TCIMValue::GetReference() const {
     RequireType(TType::kReference, "reference");
-    return *fReference;
+    return Reference().fReference;
+}
+
+TCIMValue::operator TCIMReference() const { return GetReference(); }
+
+// Writing through the vector must not change the other copies of the value.
+std::vector<TCIMValue>& TCIMValue::OwnArray() {
+    if (!Has(kPayloadBit)) {
+        TPayload* empty = new TArrayPayload(std::vector<TCIMValue>());
+        std::memcpy(fBytes, &empty, sizeof(empty));
+        fFlags |= kPayloadBit;
+    } else if (Payload()->fReferences.load(std::memory_order_acquire) != 1) {
+        std::vector<TCIMValue> elements(Array().fElements);
+        TPayload* own = new TArrayPayload(std::move(elements));
+        Release();
+        std::memcpy(fBytes, &own, sizeof(own));
+        fFlags |= kPayloadBit;
+    }
+    return static_cast<TArrayPayload*>(Payload())->fElements;
 }
 
 TCIMValue::operator std::vector<TCIMValue>&() {
-    if (!fIsArray) ThrowStatus(TZENTAStatusCode::kNotAnArray, Describe() + " is not an array");
-    return fArray;
+    if (!IsArray()) ThrowStatus(TZENTAStatusCode::kNotAnArray, Describe() + " is not an array");
+    return OwnArray();
 }
 
 TCIMValue::operator const std::vector<TCIMValue>&() const {
-    if (!fIsArray) ThrowStatus(TZENTAStatusCode::kNotAnArray, Describe() + " is not an array");
-    return fArray;
+    static const std::vector<TCIMValue> kNoElements;
+    if (!IsArray()) ThrowStatus(TZENTAStatusCode::kNotAnArray, Describe() + " is not an array");
+    return Has(kPayloadBit) ? Array().fElements : kNoElements;
 }
 
 // --- comparison ------------------------------------------------------------
 
 bool TCIMValue::operator==(const TCIMValue& other) const {
-    if (fType != other.fType || fIsArray != other.fIsArray || fIsNull != other.fIsNull) return false;
-    if (fIsNull) return true;
-    if (fIsArray) return fArray == other.fArray;
+    if (fType != other.fType || IsArray() != other.IsArray() || IsNull() != other.IsNull()) return false;
+    if (IsNull()) return true;
+    if (Has(kPayloadBit) && other.Has(kPayloadBit) && Payload() == other.Payload()) return true;
+    if (IsArray()) {
+        return static_cast<const std::vector<TCIMValue>&>(*this) == static_cast<const std::vector<TCIMValue>&>(other);
+    }
     return SameContents(other);
 }
 
@@ -451,14 +653,18 @@ bool TCIMValue::SameContents(const TCIMValue& other) const {
     switch (fType) {
         case TType::kReal32:
         case TType::kReal64:
-            return SameReal(fScalar.real, other.fScalar.real);
+            return SameReal(Real(), other.Real());
         case TType::kString:
+            return TextLength() == other.TextLength() && std::memcmp(TextData(), other.TextData(), TextLength()) == 0;
         case TType::kDateTime:
-            return fText == other.fText;
+            if (Has(kInlineBit) && other.Has(kInlineBit)) {
+                return std::memcmp(fBytes, other.fBytes, kPackedDateTimeBytes) == 0;
+            }
+            return ToString(10) == other.ToString(10);
         case TType::kReference:
-            return fReference == other.fReference || *fReference == *other.fReference;
+            return Reference().fReference == other.Reference().fReference;
         default:
-            return fScalar.integer == other.fScalar.integer;
+            return Bits() == other.Bits();
     }
 }
 

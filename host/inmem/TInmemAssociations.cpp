@@ -1,12 +1,17 @@
 #include "TInmemAssociations.h"
 
 #include <set>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
+
+#include <boost/container/small_vector.hpp>
 
 #include "ICIMNamespace.h"
 #include "TInmemClass.h"
 #include "TInmemNamespace.h"
 #include "TInmemSupport.h"
+#include "TNamespaceManager.h"
 
 namespace NVURZENTA20 {
 
@@ -71,41 +76,106 @@ std::vector<TAssociationGroup> FindAssociationGroups(boost::shared_ptr<ICIMClass
     return groups;
 }
 
+// Names of the few reference properties of an association instance; the
+// walk makes such lists for every association instance it meets.
+typedef boost::container::small_vector<const std::string*, 4> TRoleList;
+
 // The reference properties at the other ends of `role`, filtered by
 // `resultRole`.
-std::vector<std::string> FarRoles(const TAssociationGroup& group, const std::string& role,
-                                  const std::string& resultRole) {
-    std::vector<std::string> far;
+TRoleList FarRoles(const TAssociationGroup& group, const std::string& role, const std::string& resultRole) {
+    TRoleList far;
     for (const auto& name : group.references) {
-        if (!SameName(name, role) && Matches(resultRole, name)) far.push_back(name);
+        if (!SameName(name, role) && Matches(resultRole, name)) far.push_back(&name);
     }
     return far;
 }
 
-bool ReadReference(const ICIMInstance& instance, const std::string& name, TCIMReference& reference) {
+// The reference property `name` of `instance`, or a null value when it
+// has none (or holds no single reference).
+TCIMValue ReadReference(const ICIMInstance& instance, const std::string& name) {
     boost::shared_ptr<ICIMProperty> property = instance.GetProperty(name, TCIMContext());
-    if (!property) return false;
-    const TCIMValue value = property->GetValue();
-    if (value.IsNull() || value.IsArray() || value.GetType() != TCIMValue::TCIMType::kReference) return false;
-    reference = value;
-    return true;
+    if (!property) return TCIMValue();
+    TCIMValue value = property->GetValue();
+    if (value.IsNull() || value.IsArray() || value.GetType() != TCIMValue::TCIMType::kReference) return TCIMValue();
+    return value;
 }
+
+bool RefersTo(const ICIMInstance& instance, const std::string& name, const TCIMReference& path) {
+    const TCIMValue reference = ReadReference(instance, name);
+    return !reference.IsNull() && reference.GetReference() == path;
+}
+
+// Text under which paths that compare equal file alike: names without
+// case, and key values by their text as the comparison of paths takes them
+// (references by their own such text, a real zero without its sign).
+void AppendPathKey(std::string& key, const TCIMReference& path);
+
+void AppendValueKey(std::string& key, const TCIMValue& value) {
+    const TCIMValue::TCIMType type = value.GetType();
+    if (value.IsNull() || value.IsArray()) {
+        key += value.ToString(10);
+    } else if (type == TCIMValue::TCIMType::kReference) {
+        AppendPathKey(key, value.GetReference());
+    } else if (type.IsReal() && static_cast<double>(value) == 0) {
+        key += '0';
+    } else {
+        key += value.ToString(10);
+    }
+}
+
+void AppendPathKey(std::string& key, const TCIMReference& path) {
+    key += NameKey(path.GetClassName());
+    path.EnumerateKeyBindings([&](std::pair<std::string, TCIMValue> binding) {
+        key += '\0';
+        key += NameKey(binding.first);
+        key += '=';
+        AppendValueKey(key, binding.second);
+        return true;
+    });
+    key += '\1';
+}
+
+std::string PathKey(const TCIMReference& path) {
+    std::string key;
+    AppendPathKey(key, path);
+    return key;
+}
+
+// The instances of one far class that its provider enumerated, by path.
+class TEnumeratedClass {
+public:
+    void Add(const boost::shared_ptr<ICIMInstance>& instance) {
+        fByPath.insert(std::make_pair(PathKey(instance->GetReference(TCIMContext())), instance));
+    }
+    boost::shared_ptr<ICIMInstance> Find(const TCIMReference& path) const {
+        const auto candidates = fByPath.equal_range(PathKey(path));
+        for (auto candidate = candidates.first; candidate != candidates.second; ++candidate) {
+            if (candidate->second->GetReference(TCIMContext()) == path) return candidate->second;
+        }
+        return boost::shared_ptr<ICIMInstance>();
+    }
+
+private:
+    std::unordered_multimap<std::string, boost::shared_ptr<ICIMInstance> > fByPath;
+};
 
 // Walks the association instances that refer to one source instance,
 // enumerating each association class through the namespace requests are
 // routed through, so that classes served by providers answer too.
 class TAssociationWalk {
 public:
-    typedef boost::function<bool(boost::shared_ptr<ICIMInstance>, const TAssociationGroup&,
-                                 const std::vector<std::string>&)>
+    typedef boost::function<bool(boost::shared_ptr<ICIMInstance>, const TAssociationGroup&, const TRoleList&)>
         TVisitor;
 
     TAssociationWalk(const ICIMInstance& source, const TCIMContext& context)
-        : fClass(source.GetClass(context)), fPath(source.GetReference(context)), fContext(context) {
-        fContext["nspID"] = TCIMValue("plugin");
+        : fClass(source.GetClass(context)), fPath(source.GetReference(context)), fContext(context),
+          fPlainContext(context) {
+        fPlainContext.erase(TNamespaceManager::kOriginKey);
+        fContext[TNamespaceManager::kOriginKey] = TCIMValue("plugin");
         fNamespace = fClass->GetNamespace(TCIMContext());
         boost::shared_ptr<TInmemNamespace> inmem = boost::dynamic_pointer_cast<TInmemNamespace>(fNamespace);
         fRouter = inmem ? inmem->GetRoutingNamespace() : fNamespace;
+        fManager = boost::dynamic_pointer_cast<TNamespaceManager>(fRouter);
     }
 
     // Each association instance once; `visitor` gets it with the roles
@@ -116,17 +186,59 @@ public:
         }
     }
 
-    // The instance a path names, or empty when it cannot be resolved.
-    boost::shared_ptr<ICIMInstance> Resolve(const TCIMReference& path) const {
+    // The instance a path names, or empty when it cannot be resolved: one
+    // request per far end. A far class whose provider does not answer for
+    // single instances is enumerated once, and its other far ends are looked
+    // up among what it enumerated.
+    boost::shared_ptr<ICIMInstance> Resolve(const TCIMReference& path) {
         if (!fRouter) return boost::shared_ptr<ICIMInstance>();
+        if (!fEnumerated.empty()) {
+            const auto enumerated = fEnumerated.find(NameKey(path.GetClassName()));
+            if (enumerated != fEnumerated.end()) return enumerated->second.Find(path);
+        }
         try {
-            return fRouter->GetInstance(path, fContext);
+            boost::shared_ptr<ICIMInstance> far = SingleInstance(path);
+            if (far || !IsServed(path.GetClassName())) return far;
+            return Enumerate(NameKey(path.GetClassName()), path.GetClassName()).Find(path);
         } catch (const TZENTAException&) {
             return boost::shared_ptr<ICIMInstance>();
         }
     }
 
 private:
+    // Under the manager, a provider's instance is asked of its namespace
+    // directly: the manager would enumerate the class on a miss, for every
+    // far end, where the walk enumerates it once.
+    boost::shared_ptr<ICIMInstance> SingleInstance(const TCIMReference& path) const {
+        if (!fManager) return fRouter->GetInstance(path, fContext);
+        const boost::shared_ptr<ICIMNamespace> serving = fManager->GetServingNamespace(path.GetClassName());
+        if (!serving) return fRouter->GetInstance(path, fContext);
+        return serving->GetInstance(path, fPlainContext);
+    }
+
+    bool IsServed(const std::string& className) const {
+        boost::shared_ptr<ICIMClass> cls = fNamespace ? fNamespace->GetClass(className, TCIMContext())
+                                                      : boost::shared_ptr<ICIMClass>();
+        boost::shared_ptr<ICIMQualifier> marker =
+            cls ? cls->GetQualifier(TNamespaceManager::kProviderQualifier, TCIMContext())
+                : boost::shared_ptr<ICIMQualifier>();
+        return marker && !marker->GetValue().IsNull();
+    }
+
+    const TEnumeratedClass& Enumerate(const std::string& key, const std::string& className) {
+        TEnumeratedClass& instances = fEnumerated[key];
+        boost::shared_ptr<ICIMClass> served = fRouter->GetClass(className, fContext);
+        if (served) {
+            served->EnumerateInstances(
+                [&](boost::shared_ptr<ICIMInstance> instance) {
+                    if (instance) instances.Add(instance);
+                    return true;
+                },
+                false, fContext);
+        }
+        return instances;
+    }
+
     bool VisitGroup(const TAssociationGroup& group, const TVisitor& visitor) {
         // Associations of the instance's own namespace are asked for through
         // the router; one declared from elsewhere is enumerated as it is.
@@ -138,14 +250,14 @@ private:
         bool goOn = true;
         served->EnumerateInstances(
             [&](boost::shared_ptr<ICIMInstance> instance) {
-                if (!instance || Seen(instance)) return true;
-                std::vector<std::string> roles;
+                if (!instance || fSeen.count(instance.get()) != 0) return true;
+                TRoleList roles;
                 for (const auto& role : group.roles) {
-                    TCIMReference reference;
-                    if (ReadReference(*instance, role, reference) && reference == fPath) roles.push_back(role);
+                    if (RefersTo(*instance, role, fPath)) roles.push_back(&role);
                 }
                 if (roles.empty()) return true;
-                fSeen.push_back(instance);
+                fSeen.insert(instance.get());
+                fHeld.push_back(instance);
                 goOn = visitor(instance, group, roles);
                 return goOn;
             },
@@ -153,21 +265,18 @@ private:
         return goOn;
     }
 
-    bool Seen(const boost::shared_ptr<ICIMInstance>& instance) const {
-        for (const auto& seen : fSeen) {
-            if (seen == instance) return true;
-        }
-        return false;
-    }
-
     boost::shared_ptr<ICIMClass> fClass;
     boost::shared_ptr<ICIMNamespace> fNamespace;
     TCIMReference fPath;
-    TCIMContext fContext;
+    TCIMContext fContext;       // the caller's, marked as a provider's request
+    TCIMContext fPlainContext;  // the caller's, without a mark
     boost::shared_ptr<ICIMNamespace> fRouter;
-    // Held, not only compared: an instance made by a provider must not be
+    boost::shared_ptr<TNamespaceManager> fManager;  // the router, when it is the manager
+    std::unordered_set<const ICIMInstance*> fSeen;
+    // Held, not only remembered: an instance made by a provider must not be
     // freed and its address reused while the walk runs.
-    std::vector<boost::shared_ptr<ICIMInstance> > fSeen;
+    std::vector<boost::shared_ptr<ICIMInstance> > fHeld;
+    std::unordered_map<std::string, TEnumeratedClass> fEnumerated;  // by class name without case
 };
 
 }  // namespace
@@ -195,8 +304,8 @@ void EnumerateAssociatedClassesOf(boost::shared_ptr<ICIMClass> target, const TCl
     std::set<std::string> reported;
     for (const auto& group : FindAssociationGroups(target, assocClass, role)) {
         for (const auto& nearRole : group.roles) {
-            for (const auto& farRole : FarRoles(group, nearRole, resultRole)) {
-                boost::shared_ptr<ICIMPropertyDecl> decl = group.association->GetPropertyDecl(farRole, TCIMContext());
+            for (const std::string* farRole : FarRoles(group, nearRole, resultRole)) {
+                boost::shared_ptr<ICIMPropertyDecl> decl = group.association->GetPropertyDecl(*farRole, TCIMContext());
                 boost::shared_ptr<ICIMClass> far = ns->GetClass(decl->GetReferenceClassName(), TCIMContext());
                 if (!far || !ClassIsOrDerivesFrom(far, resultClass)) continue;
                 if (!reported.insert(NameKey(far->GetName(TCIMContext()))).second) continue;
@@ -211,8 +320,9 @@ void EnumerateAssociationInstancesOf(const ICIMInstance& source, const TInstance
                                      const TCIMContext& context) {
     TAssociationWalk walk(source, context);
     walk.Run(resultClass, role,
-             [&](boost::shared_ptr<ICIMInstance> association, const TAssociationGroup&,
-                 const std::vector<std::string>&) { return callback(association); });
+             [&](boost::shared_ptr<ICIMInstance> association, const TAssociationGroup&, const TRoleList&) {
+                 return callback(association);
+             });
 }
 
 void EnumerateAssociatedInstancesOf(const ICIMInstance& source, const TInstanceCallback& callback,
@@ -222,17 +332,17 @@ void EnumerateAssociatedInstancesOf(const ICIMInstance& source, const TInstanceC
     TAssociationWalk walk(source, context);
     walk.Run(assocClass, role,
              [&](boost::shared_ptr<ICIMInstance> association, const TAssociationGroup& group,
-                 const std::vector<std::string>& nearRoles) {
-                 std::vector<TCIMReference> reached;
-                 for (const auto& nearRole : nearRoles) {
-                     for (const auto& farRole : FarRoles(group, nearRole, resultRole)) {
-                         TCIMReference path;
-                         if (!ReadReference(*association, farRole, path)) continue;
+                 const TRoleList& nearRoles) {
+                 boost::container::small_vector<TCIMValue, 4> reached;
+                 for (const std::string* nearRole : nearRoles) {
+                     for (const std::string* farRole : FarRoles(group, *nearRole, resultRole)) {
+                         const TCIMValue path = ReadReference(*association, *farRole);
+                         if (path.IsNull()) continue;
                          bool again = false;
                          for (const auto& earlier : reached) again = again || earlier == path;
                          if (again) continue;
                          reached.push_back(path);
-                         boost::shared_ptr<ICIMInstance> far = walk.Resolve(path);
+                         boost::shared_ptr<ICIMInstance> far = walk.Resolve(path.GetReference());
                          if (!far || !ClassIsOrDerivesFrom(far->GetClass(TCIMContext()), resultClass)) continue;
                          if (!callback(far)) return false;
                      }

@@ -73,7 +73,8 @@ bool TInmemClass::IsPseudoRoot() const {
 bool TInmemClass::Validate(TCIMContext context) const {
     boost::shared_ptr<TInmemNamespace> ns = fNamespace.lock();
     if (fSuperClass && (!ns || ns->GetClass(fSuperClass->fName, context) != fSuperClass)) return false;
-    for (const auto& decl : GetPropertyDecls()) {
+    const TLayoutPtr layout = GetLayout();
+    for (const auto& decl : layout->decls) {
         if (decl->GetType() == TCIMValue::TCIMType::kReference && decl->GetReferenceClassName().empty()) {
             return false;
         }
@@ -134,6 +135,7 @@ void TInmemClass::CopyDeclarationsFrom(const ICIMClass& other) {
     fOwnProperties = properties;
     fOwnMethods = methods;
     fClassValues.clear();
+    NoteSchemaChange();
 }
 
 boost::shared_ptr<ICIMNamespace> TInmemClass::GetNamespace(TCIMContext) const {
@@ -207,17 +209,29 @@ void TInmemClass::EnumerateAssociationClasses(const TClassCallback& callback, co
 }
 
 void TInmemClass::EnumerateKeyNames(const TKeyNameCallback& callback, TCIMContext) const {
-    for (const auto& decl : GetPropertyDecls()) {
-        if (!decl->IsKey()) continue;
-        const std::string name = decl->GetName();
-        if (!callback(&name)) return;
+    const TLayoutPtr layout = GetLayout();
+    for (std::size_t key : layout->keys) {
+        if (!callback(&layout->slots[key].name)) return;
     }
 }
 
-std::vector<boost::shared_ptr<ICIMPropertyDecl> > TInmemClass::GetPropertyDecls() const {
+std::vector<boost::shared_ptr<ICIMPropertyDecl> > TInmemClass::MergedPropertyDecls() const {
     std::vector<boost::shared_ptr<ICIMPropertyDecl> > inherited;
-    if (fSuperClass) inherited = fSuperClass->GetPropertyDecls();
+    if (fSuperClass) inherited = fSuperClass->GetLayout()->decls;
     return MergeDeclarations(std::move(inherited), fOwnProperties);
+}
+
+// Readers may share a class across threads: the layout is swapped whole.
+TLayoutPtr TInmemClass::GetLayout() const {
+    TLayoutPtr layout = boost::atomic_load(&fLayout);
+    if (layout && layout->generation == SchemaGeneration()) return layout;
+    layout = boost::make_shared<const TInstanceLayout>(MergedPropertyDecls());
+    boost::atomic_store(&fLayout, layout);
+    return layout;
+}
+
+std::vector<boost::shared_ptr<ICIMPropertyDecl> > TInmemClass::GetPropertyDecls() const {
+    return GetLayout()->decls;
 }
 
 std::vector<boost::shared_ptr<ICIMMethodDecl> > TInmemClass::GetMethodDecls() const {
@@ -235,6 +249,7 @@ boost::shared_ptr<ICIMPropertyDecl> TInmemClass::AllocatePropertyDecl(const std:
     if (fSuperClass) overridden = fSuperClass->GetPropertyDecl(name, context);
     boost::shared_ptr<ICIMPropertyDecl> decl(new TInmemPropertyDecl(name, value, fName, overridden));
     fOwnProperties.push_back(decl);
+    NoteSchemaChange();
     return decl;
 }
 
@@ -245,8 +260,15 @@ boost::shared_ptr<ICIMPropertyDecl> TInmemClass::GetPropertyDecl(const std::stri
     return fSuperClass->GetPropertyDecl(name, context);
 }
 
+// An instance being made asks for the whole layout at once (through any
+// class that wraps this one); everybody else visits the declarations.
 void TInmemClass::EnumeratePropertyDecls(const TPropertyDeclCallback& callback, TCIMContext) const {
-    Visit(GetPropertyDecls(), callback);
+    const TLayoutPtr layout = GetLayout();
+    if (const TLayoutRequest* request = callback.target<TLayoutRequest>()) {
+        request->Answer(layout);
+        return;
+    }
+    Visit(layout->decls, callback);
 }
 
 boost::shared_ptr<TInmemProperty> TInmemClass::ClassProperty(boost::shared_ptr<ICIMPropertyDecl> decl) {
@@ -268,7 +290,8 @@ void TInmemClass::SetPropertyValue(const std::string& name, const TCIMValue& val
 }
 
 void TInmemClass::EnumerateStaticProperties(const TPropertyCallback& callback, TCIMContext) {
-    for (const auto& decl : GetPropertyDecls()) {
+    const TLayoutPtr layout = GetLayout();
+    for (const auto& decl : layout->decls) {
         if (!callback(ClassProperty(decl))) return;
     }
 }
@@ -341,14 +364,15 @@ bool TInmemClass::operator<(ICIMClass& other) const {
     return NameKey(fName) < NameKey(other.GetName(TCIMContext()));
 }
 
-// Looks through the weak references in place instead of copying the live
-// children: a namespace files every root class under one pseudo-class, which
-// thereby gets a child for every root class there is.
+// Finds a child by its address, in constant time: a namespace files every
+// root class under one pseudo-class, which thereby gets a child for every
+// root class there is. A child that has gone may have left its address to a
+// new class; that one is a new child and goes at the end.
 void TInmemClass::AddChildClass(boost::shared_ptr<ICIMClass> child) {
     if (!child) return;
-    for (const auto& existing : fChildren) {
-        if (existing.lock() == child) return;
-    }
+    const auto found = fChildIndex.find(child.get());
+    if (found != fChildIndex.end() && fChildren[found->second].lock() == child) return;
+    fChildIndex[child.get()] = fChildren.size();
     fChildren.push_back(child);
 }
 
@@ -359,6 +383,10 @@ void TInmemClass::RemoveChildClass(boost::shared_ptr<ICIMClass> child) {
                                        return !existing || existing == child;
                                    }),
                     fChildren.end());
+    fChildIndex.clear();
+    for (std::size_t i = 0; i < fChildren.size(); ++i) {
+        if (boost::shared_ptr<ICIMClass> existing = fChildren[i].lock()) fChildIndex[existing.get()] = i;
+    }
 }
 
 bool TInmemClass::IsInstanceOfThisOrSubclass(ICIMInstance& instance) const {
@@ -425,10 +453,12 @@ std::vector<boost::shared_ptr<ICIMClass> > TInmemClass::GetExplicitAssociationCl
 
 void TInmemClass::AddPropertyDecl(boost::shared_ptr<ICIMPropertyDecl> decl) {
     PutByName(fOwnProperties, decl, "property");
+    NoteSchemaChange();
 }
 
 void TInmemClass::RemovePropertyDecl(boost::shared_ptr<ICIMPropertyDecl> decl) {
     EraseByIdentityOrName(fOwnProperties, decl);
+    NoteSchemaChange();
 }
 
 void TInmemClass::AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> decl) {

@@ -6,6 +6,7 @@
 
 #include <map>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include <boost/enable_shared_from_this.hpp>
@@ -14,6 +15,7 @@
 
 #include "ICIMClass.h"
 #include "TInmemDeclarations.h"
+#include "TInmemLayout.h"
 #include "TInmemQualifier.h"
 
 namespace NVURZENTA20 {
@@ -105,6 +107,9 @@ public:
 
     // Effective declarations (inherited ones first, overrides in place).
     std::vector<boost::shared_ptr<ICIMPropertyDecl> > GetPropertyDecls() const;
+    // What the instances of this class share: built once and again only
+    // after a declaration or qualifier of any class has changed.
+    TLayoutPtr GetLayout() const;
     std::vector<boost::shared_ptr<ICIMMethodDecl> > GetMethodDecls() const;
     std::vector<boost::shared_ptr<ICIMClass> > GetExplicitAssociationClasses() const;
     // Drops the instances that are not repository instances (those filed on
@@ -127,17 +132,22 @@ private:
     bool HasQualifierTrue(const char* name) const;
     bool IsInstanceOfThisOrSubclass(ICIMInstance& instance) const;
     void CopyDeclarationsFrom(const ICIMClass& other);
+    std::vector<boost::shared_ptr<ICIMPropertyDecl> > MergedPropertyDecls() const;
     boost::shared_ptr<TInmemProperty> ClassProperty(boost::shared_ptr<ICIMPropertyDecl> decl);
 
     boost::weak_ptr<TInmemNamespace> fNamespace;
     std::string fName;
     boost::shared_ptr<TInmemClass> fSuperClass;
     std::vector<boost::weak_ptr<ICIMClass> > fChildren;
+    // Where each child stands in fChildren: the pseudo-class under which
+    // every root class is filed has as many children as there are roots.
+    std::unordered_map<const ICIMClass*, std::size_t> fChildIndex;
     std::vector<boost::shared_ptr<ICIMPropertyDecl> > fOwnProperties;
     std::vector<boost::shared_ptr<ICIMMethodDecl> > fOwnMethods;
     std::map<std::string, boost::shared_ptr<TInmemProperty> > fClassValues;  // by NameKey
     std::vector<boost::shared_ptr<ICIMInstance> > fInstances;
     std::vector<boost::weak_ptr<ICIMClass> > fAssociationClasses;
+    mutable TLayoutPtr fLayout;  // read and replaced atomically
 };
 
 }  // namespace NVURZENTA20

@@ -34,7 +34,7 @@ TInmemPropertyDecl::TInmemPropertyDecl(const std::string& name, const TCIMValue&
     if (defaultValue.GetType() == TCIMValue::TCIMType::kNone) {
         ThrowStatus(TZENTAStatusCode::kTypeMismatch, DescribeElement() + " needs a typed value");
     }
-    fDefault.Set(CheckDeclaredValue(defaultValue.GetType(), defaultValue.IsArray(), defaultValue, DescribeElement()));
+    fDefault = CheckDeclaredValue(defaultValue.GetType(), defaultValue.IsArray(), defaultValue, DescribeElement());
     if (overridden) {
         RequireSameType(GetType(), IsArray(), overridden->GetType(), overridden->IsArray(), DescribeElement());
         fReferenceClass = overridden->GetReferenceClassName();
@@ -42,7 +42,13 @@ TInmemPropertyDecl::TInmemPropertyDecl(const std::string& name, const TCIMValue&
 }
 
 void TInmemPropertyDecl::SetDefaultValue(const TCIMValue& value) {
-    fDefault.Set(CheckDeclaredValue(GetType(), IsArray(), value, DescribeElement()));
+    fDefault = CheckDeclaredValue(GetType(), IsArray(), value, DescribeElement());
+    NoteSchemaChange();
+}
+
+void TInmemPropertyDecl::SetReferenceClassName(const std::string& name) {
+    fReferenceClass = name;
+    NoteSchemaChange();
 }
 
 bool TInmemPropertyDecl::IsKey() const {
@@ -105,17 +111,17 @@ void TInmemMethodDecl::EnumerateParameterDecls(const TParameterDeclCallback& cal
 
 TInmemProperty::TInmemProperty(boost::shared_ptr<ICIMPropertyDecl> decl) : fDecl(decl) {
     if (!decl) ThrowStatus(TZENTAStatusCode::kInvalidProperty, "a property needs a declaration");
-    fValue.Set(decl->GetDefaultValue());
+    fValue = decl->GetDefaultValue();
 }
 
 // A value of the declared type is stored as it is; the checked road (with
 // its message text and the typed null) is taken only when it is needed.
 void TInmemProperty::SetValue(const TCIMValue& value) {
     if (HasDeclaredType(fDecl->GetType(), fDecl->IsArray(), value)) {
-        fValue.Set(value);
+        fValue = value;
         return;
     }
-    fValue.Set(CheckDeclaredValue(fDecl->GetType(), fDecl->IsArray(), value, "property " + fDecl->GetName()));
+    fValue = CheckDeclaredValue(fDecl->GetType(), fDecl->IsArray(), value, "property " + fDecl->GetName());
 }
 
 }  // namespace NVURZENTA20

@@ -28,10 +28,10 @@ public:
     std::string GetName() const override { return fName; }
     TCIMValue::TCIMType GetType() const override { return fDefault.GetType(); }
     bool IsArray() const override { return fDefault.IsArray(); }
-    TCIMValue GetDefaultValue() const override { return fDefault.Get(); }
+    TCIMValue GetDefaultValue() const override { return fDefault; }
     void SetDefaultValue(const TCIMValue& value) override;
     std::string GetReferenceClassName() const override { return fReferenceClass; }
-    void SetReferenceClassName(const std::string& name) override { fReferenceClass = name; }
+    void SetReferenceClassName(const std::string& name) override;
     std::string GetClassOrigin() const override { return fClassOrigin; }
     bool IsKey() const override;
 
@@ -41,7 +41,7 @@ protected:
 
 private:
     std::string fName;
-    TStoredValue fDefault;
+    TCIMValue fDefault;
     std::string fReferenceClass;
     std::string fClassOrigin;
     boost::shared_ptr<const ICIMPropertyDecl> fOverridden;
@@ -107,13 +107,13 @@ public:
     explicit TInmemProperty(boost::shared_ptr<ICIMPropertyDecl> decl);
 
     std::string GetName() const override { return fDecl->GetName(); }
-    TCIMValue GetValue() const override { return fValue.Get(); }
+    TCIMValue GetValue() const override { return fValue; }
     void SetValue(const TCIMValue& value) override;
     boost::shared_ptr<ICIMPropertyDecl> GetDecl() const override { return fDecl; }
 
 private:
     boost::shared_ptr<ICIMPropertyDecl> fDecl;
-    TStoredValue fValue;
+    TCIMValue fValue;
 };
 
 // A class's effective declarations: the inherited ones in their order, each

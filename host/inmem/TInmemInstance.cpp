@@ -1,48 +1,88 @@
 #include "TInmemInstance.h"
 
 #include <utility>
+#include <vector>
 
+#include <boost/core/null_deleter.hpp>
 #include <boost/make_shared.hpp>
 
 #include "ICIMClass.h"
 #include "TInmemAssociations.h"
-#include "TInmemDeclarations.h"
+#include "TInmemLayout.h"
 #include "TInmemSupport.h"
 
 namespace NVURZENTA20 {
 
-namespace {
+// A property of an instance: a view of one of its slots.
+class TInmemInstance::TProperty : public ICIMProperty {
+public:
+    TProperty() : fOwner(nullptr), fSlot(0) {}
+    void Bind(TInmemInstance* owner, std::size_t slot) {
+        fOwner = owner;
+        fSlot = slot;
+    }
 
-// Room for the properties of most classes up front; an instance keeps no
-// spare capacity for its life.
-const std::size_t kTypicalPropertyCount = 16;
+    std::string GetName() const override { return Slot().name; }
+    TCIMValue GetValue() const override { return fOwner->fValues[fSlot]; }
+    void SetValue(const TCIMValue& value) override { fOwner->SetSlot(fSlot, value); }
+    boost::shared_ptr<ICIMPropertyDecl> GetDecl() const override { return Slot().decl; }
 
-}  // namespace
+private:
+    const TInstanceLayout::TSlot& Slot() const { return fOwner->fLayout->slots[fSlot]; }
 
-TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> cls, int kind) : fClass(cls), fKind(kind) {
+    TInmemInstance* fOwner;
+    std::size_t fSlot;
+};
+
+TInmemInstance::TInmemInstance(boost::shared_ptr<ICIMClass> cls, int kind)
+    : fClass(cls), fKind(kind), fProperties(nullptr) {
     if (!cls) ThrowStatus(TZENTAStatusCode::kInvalidClass, "an instance needs a class");
-    fProperties.reserve(kTypicalPropertyCount);
-    cls->EnumeratePropertyDecls(
-        [this](boost::shared_ptr<ICIMPropertyDecl> decl) {
-            fProperties.push_back(boost::make_shared<TInmemProperty>(decl));
-            return true;
-        },
-        TCIMContext());
-    fProperties.shrink_to_fit();
+    std::vector<boost::shared_ptr<ICIMPropertyDecl> > collected;
+    TLayoutPtr layout;
+    cls->EnumeratePropertyDecls(TLayoutRequest(collected, layout), TCIMContext());
+    if (!layout) layout = boost::make_shared<const TInstanceLayout>(collected);
+    fLayout = layout;
+    fValues.reset(new TCIMValue[layout->Size()]);
+    for (std::size_t slot = 0; slot < layout->Size(); ++slot) fValues[slot] = layout->slots[slot].defaultValue;
 }
 
-TInmemInstance::~TInmemInstance() {}
+TInmemInstance::~TInmemInstance() { delete[] fProperties.load(std::memory_order_acquire); }
 
-boost::shared_ptr<ICIMProperty> TInmemInstance::FindProperty(const std::string& name) const {
-    for (const auto& property : fProperties) {
-        if (SameName(property->GetName(), name)) return property;
+std::size_t TInmemInstance::SlotOf(const std::string& name) const { return fLayout->Find(name); }
+
+void TInmemInstance::SetSlot(std::size_t slot, const TCIMValue& value) {
+    const TInstanceLayout::TSlot& declared = fLayout->slots[slot];
+    if (HasDeclaredType(declared.type, declared.isArray, value)) {
+        fValues[slot] = value;
+        return;
     }
-    return boost::shared_ptr<ICIMProperty>();
+    fValues[slot] = CheckDeclaredValue(declared.type, declared.isArray, value, "property " + declared.name);
+}
+
+// Two readers may get here at once: the first set of objects in place wins.
+TInmemInstance::TProperty* TInmemInstance::Properties() const {
+    TProperty* made = fProperties.load(std::memory_order_acquire);
+    if (made != nullptr) return made;
+    std::unique_ptr<TProperty[]> fresh(new TProperty[fLayout->Size()]);
+    for (std::size_t slot = 0; slot < fLayout->Size(); ++slot) {
+        fresh[slot].Bind(const_cast<TInmemInstance*>(this), slot);
+    }
+    if (fProperties.compare_exchange_strong(made, fresh.get(), std::memory_order_acq_rel)) return fresh.release();
+    return made;
+}
+
+// An instance that no shared pointer owns (one on the stack) hands out
+// properties that do not keep it alive.
+boost::shared_ptr<ICIMProperty> TInmemInstance::PropertyAt(std::size_t slot) const {
+    boost::shared_ptr<const TInmemInstance> owner = weak_from_this().lock();
+    ICIMProperty* property = &Properties()[slot];
+    if (!owner) return boost::shared_ptr<ICIMProperty>(property, boost::null_deleter());
+    return boost::shared_ptr<ICIMProperty>(owner, property);
 }
 
 bool TInmemInstance::Validate(TCIMContext) const {
-    for (const auto& property : fProperties) {
-        if (property->GetDecl()->IsKey() && property->GetValue().IsNull()) return false;
+    for (std::size_t key : fLayout->keys) {
+        if (fValues[key].IsNull()) return false;
     }
     return true;
 }
@@ -53,16 +93,15 @@ bool TInmemInstance::AddToNamespace(TCIMContext) {
 }
 
 void TInmemInstance::CopyValuesFrom(const ICIMInstance& other) {
-    std::vector<std::pair<boost::shared_ptr<ICIMProperty>, TCIMValue> > updates;
-    for (const auto& property : fProperties) {
-        boost::shared_ptr<ICIMProperty> source = other.GetProperty(property->GetName(), TCIMContext());
+    std::vector<std::pair<std::size_t, TCIMValue> > updates;
+    for (std::size_t slot = 0; slot < fLayout->Size(); ++slot) {
+        const TInstanceLayout::TSlot& declared = fLayout->slots[slot];
+        boost::shared_ptr<ICIMProperty> source = other.GetProperty(declared.name, TCIMContext());
         if (!source) continue;
-        boost::shared_ptr<ICIMPropertyDecl> decl = property->GetDecl();
-        updates.push_back(std::make_pair(property, CheckDeclaredValue(decl->GetType(), decl->IsArray(),
-                                                                      source->GetValue(),
-                                                                      "property " + property->GetName())));
+        updates.push_back(std::make_pair(slot, CheckDeclaredValue(declared.type, declared.isArray, source->GetValue(),
+                                                                  "property " + declared.name)));
     }
-    for (const auto& update : updates) update.first->SetValue(update.second);
+    for (const auto& update : updates) fValues[update.first] = update.second;
 }
 
 void TInmemInstance::ModifyInstance(boost::shared_ptr<ICIMInstance> modified, TCIMContext) {
@@ -99,21 +138,23 @@ void TInmemInstance::EnumerateAssociationInstances(const TInstanceCallback& call
 }
 
 boost::shared_ptr<ICIMProperty> TInmemInstance::GetProperty(const std::string& name, TCIMContext) const {
-    return FindProperty(name);
+    const std::size_t slot = SlotOf(name);
+    if (slot == fLayout->Size()) return boost::shared_ptr<ICIMProperty>();
+    return PropertyAt(slot);
 }
 
 void TInmemInstance::SetPropertyValue(const std::string& name, const TCIMValue& value, TCIMContext) {
-    boost::shared_ptr<ICIMProperty> property = FindProperty(name);
-    if (!property) {
+    const std::size_t slot = SlotOf(name);
+    if (slot == fLayout->Size()) {
         ThrowStatus(TZENTAStatusCode::kInvalidProperty,
                     "class " + fClass->GetName(TCIMContext()) + " has no property " + name);
     }
-    property->SetValue(value);
+    SetSlot(slot, value);
 }
 
 void TInmemInstance::EnumerateProperties(const TPropertyCallback& callback, TCIMContext) {
-    for (const auto& property : fProperties) {
-        if (!callback(property)) return;
+    for (std::size_t slot = 0; slot < fLayout->Size(); ++slot) {
+        if (!callback(PropertyAt(slot))) return;
     }
 }
 

@@ -6,8 +6,11 @@
 #include "TInmemNamespaceProvider.h"
 #include "TInmemQualifier.h"
 #include "TInmemSupport.h"
+#include "TNamespaceManager.h"
 
 namespace NVURZENTA20 {
+
+const char* const TInmemNamespace::kRoutedOrigin = "repository";
 
 boost::shared_ptr<TInmemNamespace> TInmemNamespace::Create() {
     boost::shared_ptr<TInmemNamespace> ns(new TInmemNamespace);
@@ -42,7 +45,7 @@ boost::shared_ptr<ICIMNamespace> TInmemNamespace::GetRoutingNamespace() {
 }
 
 boost::shared_ptr<TInmemClass> TInmemNamespace::FindClass(const std::string& name) const {
-    auto found = fClasses.find(NameKey(name));
+    auto found = fClasses.find(name);
     return found == fClasses.end() ? boost::shared_ptr<TInmemClass>() : found->second;
 }
 
@@ -75,8 +78,9 @@ bool TInmemNamespace::FileClass(boost::shared_ptr<TInmemClass> cls) {
         ThrowStatus(TZENTAStatusCode::kMissingSuperclass,
                     "superclass " + parent->GetName(TCIMContext()) + " of class " + name + " is not in the namespace");
     }
-    fClasses[NameKey(name)] = cls;
+    fClasses[name] = cls;
     fClassOrder.push_back(cls);
+    NoteSchemaChange();
     (parent ? parent : fRoot)->AddChildClass(cls);
     return true;
 }
@@ -86,6 +90,7 @@ void TInmemNamespace::UnfileClass(boost::shared_ptr<TInmemClass> cls) {
     boost::shared_ptr<TInmemClass> parent = cls->GetInmemSuperClass();
     (parent ? parent : fRoot)->RemoveChildClass(cls);
     UnfileTree(cls);
+    NoteSchemaChange();
 }
 
 void TInmemNamespace::UnfileTree(boost::shared_ptr<ICIMClass> cls) {
@@ -98,7 +103,7 @@ void TInmemNamespace::UnfileTree(boost::shared_ptr<ICIMClass> cls) {
         inmem->RemoveChildClass(child);
     }
     inmem->DropInstances();
-    fClasses.erase(NameKey(inmem->GetName(TCIMContext())));
+    fClasses.erase(inmem->GetName(TCIMContext()));
     fClassOrder.erase(std::remove(fClassOrder.begin(), fClassOrder.end(), inmem), fClassOrder.end());
 }
 
@@ -164,8 +169,26 @@ boost::shared_ptr<ICIMInstance> TInmemNamespace::RequireInstance(const TCIMRefer
     return instance;
 }
 
-boost::shared_ptr<ICIMInstance> TInmemNamespace::GetInstance(const TCIMReference& path, TCIMContext) const {
-    return FindInstance(path);
+boost::shared_ptr<ICIMInstance> TInmemNamespace::GetInstance(const TCIMReference& path, TCIMContext context) const {
+    boost::shared_ptr<ICIMInstance> filed = FindInstance(path);
+    return filed ? filed : ServedInstance(path, context);
+}
+
+// The paths the host builds for a provider's instances name the class's
+// namespace, this one: they must find the instance all the same.
+boost::shared_ptr<ICIMInstance> TInmemNamespace::ServedInstance(const TCIMReference& path, TCIMContext context) const {
+    const boost::shared_ptr<TInmemClass> cls = FindClass(path.GetClassName());
+    const boost::shared_ptr<ICIMNamespace> upcall = fUpcall.lock();
+    if (!cls || !upcall || upcall.get() == this) return boost::shared_ptr<ICIMInstance>();
+    const boost::shared_ptr<ICIMQualifier> marker =
+        cls->GetQualifier(TNamespaceManager::kProviderQualifier, TCIMContext());
+    if (!marker || marker->GetValue().IsNull()) return boost::shared_ptr<ICIMInstance>();
+    context[TNamespaceManager::kOriginKey] = TCIMValue(kRoutedOrigin);
+    try {
+        return upcall->GetInstance(path, context);
+    } catch (const TZENTAException&) {
+        return boost::shared_ptr<ICIMInstance>();
+    }
 }
 
 void TInmemNamespace::DeleteInstance(const TCIMReference& path, TCIMContext context) {

@@ -3,8 +3,8 @@
 #ifndef ZENTA_HOST_INMEM_TINMEMNAMESPACE_H
 #define ZENTA_HOST_INMEM_TINMEMNAMESPACE_H
 
-#include <map>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include <boost/enable_shared_from_this.hpp>
@@ -12,6 +12,7 @@
 #include <boost/weak_ptr.hpp>
 
 #include "ICIMNamespace.h"
+#include "TInmemSupport.h"
 
 namespace NVURZENTA20 {
 
@@ -19,6 +20,9 @@ class TInmemClass;
 
 class TInmemNamespace : public ICIMNamespace, public boost::enable_shared_from_this<TInmemNamespace> {
 public:
+    // The origin ("nspID") of the requests the repository passes on.
+    static const char* const kRoutedOrigin;
+
     // Always own the namespace by a shared pointer (classes refer back to it).
     static boost::shared_ptr<TInmemNamespace> Create();
     ~TInmemNamespace() override;
@@ -54,6 +58,10 @@ public:
     // The filed instance with that path, or an empty pointer. The path must
     // name the instance's own class, as CIM instance names do: a path naming
     // a superclass finds nothing, although the walk passes subclasses.
+    // Instances of a class a provider serves (one marked "PLUGINNAME") live
+    // with the provider: when none of them is filed here, the request goes
+    // on through the upcall namespace, marked as the repository's own
+    // ("nspID" = "repository"), and a class it cannot route has none.
     boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& path, TCIMContext context) const override;
     // kInstanceNotFound when no instance has that path.
     void DeleteInstance(const TCIMReference& path, TCIMContext context) override;
@@ -85,12 +93,13 @@ private:
     TInmemNamespace();
     boost::shared_ptr<TInmemClass> FindClass(const std::string& name) const;
     boost::shared_ptr<ICIMInstance> FindInstance(const TCIMReference& path) const;
+    boost::shared_ptr<ICIMInstance> ServedInstance(const TCIMReference& path, TCIMContext context) const;
     boost::shared_ptr<ICIMInstance> RequireInstance(const TCIMReference& path) const;
     void UnfileTree(boost::shared_ptr<ICIMClass> cls);
 
     boost::weak_ptr<ICIMNamespace> fUpcall;
     boost::shared_ptr<TInmemClass> fRoot;
-    std::map<std::string, boost::shared_ptr<TInmemClass> > fClasses;  // by NameKey
+    std::unordered_map<std::string, boost::shared_ptr<TInmemClass>, TNameHash, TNameEqual> fClasses;
     std::vector<boost::shared_ptr<TInmemClass> > fClassOrder;
     std::vector<boost::shared_ptr<ICIMQualifierDecl> > fQualifierDecls;
 };

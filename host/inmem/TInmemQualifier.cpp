@@ -43,6 +43,7 @@ TInmemQualifier::TInmemQualifier(boost::shared_ptr<const ICIMQualifierDecl> decl
 
 void TInmemQualifier::SetValue(const TCIMValue& value) {
     fValue = CheckDeclaredValue(fDecl->GetType(), fDecl->IsArray(), value, "qualifier " + fDecl->GetName());
+    NoteSchemaChange();
 }
 
 ICIMQualifierDecl::EFlavor MergeFlavor(ICIMQualifierDecl::EFlavor declared, ICIMQualifierDecl::EFlavor own) {
@@ -77,6 +78,7 @@ void TQualifierSet::Add(boost::shared_ptr<ICIMQualifier> qualifier, const ICIMNa
         ThrowStatus(TZENTAStatusCode::kInvalidQualifier,
                     "qualifier " + name + " of " + owner + " may not override the inherited value");
     }
+    NoteSchemaChange();
     for (auto& own : fOwn) {
         if (SameName(own->GetName(), name)) {
             own = qualifier;

@@ -1,37 +1,16 @@
 #include "TInmemSupport.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
-
-#include "ICIMNamespace.h"
-#include "TCIMReference.h"
 
 namespace NVURZENTA20 {
 
 namespace {
 
-bool HoldsReferences(const TCIMValue& value) {
-    return value.GetType() == TCIMValue::TCIMType::kReference && !value.IsNull();
-}
-
-// Applies `change` to every reference of a (scalar or array) reference value.
-template <class Change>
-TCIMValue MapReferences(const TCIMValue& value, Change change) {
-    if (!value.IsArray()) {
-        TCIMReference reference = value;
-        change(reference, 0);
-        return TCIMValue(reference);
-    }
-    std::vector<TCIMValue> elements = value;
-    for (std::size_t i = 0; i < elements.size(); ++i) {
-        if (elements[i].IsNull()) continue;
-        TCIMReference reference = elements[i];
-        change(reference, i);
-        elements[i] = TCIMValue(reference);
-    }
-    TCIMValue result;
-    result.Set(TCIMValue::TCIMType::kReference, static_cast<unsigned int>(elements.size()), elements);
-    return result;
+std::atomic<unsigned long>& Generation() {
+    static std::atomic<unsigned long> generation(0);
+    return generation;
 }
 
 // ASCII only, without the C library's locale look-up: names are compared
@@ -47,11 +26,21 @@ bool SameName(const std::string& a, const std::string& b) {
            std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return LowerAscii(x) == LowerAscii(y); });
 }
 
+std::size_t TNameHash::operator()(const std::string& name) const {
+    std::size_t hash = 0;
+    for (char c : name) hash = hash * 31 + static_cast<unsigned char>(LowerAscii(c));
+    return hash;
+}
+
 std::string NameKey(const std::string& name) {
     std::string key(name);
     std::transform(key.begin(), key.end(), key.begin(), LowerAscii);
     return key;
 }
+
+unsigned long SchemaGeneration() { return Generation().load(std::memory_order_acquire); }
+
+void NoteSchemaChange() { Generation().fetch_add(1, std::memory_order_acq_rel); }
 
 void ThrowStatus(TZENTAStatusCode::EStatusCode code, const std::string& message) {
     throw TZENTAException(code, message);
@@ -80,37 +69,6 @@ TCIMValue CheckDeclaredValue(TCIMValue::TCIMType type, bool isArray, const TCIMV
 bool IsTrue(const TCIMValue& value) {
     return !value.IsNull() && !value.IsArray() && value.GetType() == TCIMValue::TCIMType::kBoolean &&
            static_cast<bool>(value);
-}
-
-void TStoredValue::Set(const TCIMValue& value) {
-    fNamespaces.clear();
-    if (!HoldsReferences(value)) {
-        fValue = value;
-        return;
-    }
-    std::vector<boost::weak_ptr<ICIMNamespace> > namespaces;
-    fValue = MapReferences(value, [&](TCIMReference& reference, std::size_t index) {
-        namespaces.resize(index + 1);
-        namespaces[index] = reference.GetNamespace();
-        reference.SetNamespace(boost::shared_ptr<ICIMNamespace>());
-    });
-    fNamespaces.swap(namespaces);
-}
-
-void TStoredValue::Set(TCIMValue&& value) {
-    if (HoldsReferences(value)) {
-        Set(static_cast<const TCIMValue&>(value));
-        return;
-    }
-    fNamespaces.clear();
-    fValue = std::move(value);
-}
-
-TCIMValue TStoredValue::Get() const {
-    if (fNamespaces.empty()) return fValue;
-    return MapReferences(fValue, [&](TCIMReference& reference, std::size_t index) {
-        if (index < fNamespaces.size()) reference.SetNamespace(fNamespaces[index].lock());
-    });
 }
 
 }  // namespace NVURZENTA20

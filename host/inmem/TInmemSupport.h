@@ -7,8 +7,6 @@
 #include <string>
 #include <vector>
 
-#include <boost/weak_ptr.hpp>
-
 #include "TCIMValue.h"
 #include "TZENTAException.h"
 
@@ -17,6 +15,22 @@ namespace NVURZENTA20 {
 // CIM names compare without regard to ASCII case.
 bool SameName(const std::string& a, const std::string& b);
 std::string NameKey(const std::string& name);
+
+// Hash and equality of names for unordered containers: names that differ
+// only in ASCII case are one key, and looking one up copies nothing.
+struct TNameHash {
+    std::size_t operator()(const std::string& name) const;
+};
+struct TNameEqual {
+    bool operator()(const std::string& a, const std::string& b) const { return SameName(a, b); }
+};
+
+// Counts the changes made to the classes, declarations and qualifiers of
+// every in-memory repository. What is built from them (the layouts of
+// instances, the manager's routes) remembers the count it was built at and
+// is built again once the count has moved on.
+unsigned long SchemaGeneration();
+void NoteSchemaChange();
 
 [[noreturn]] void ThrowStatus(TZENTAStatusCode::EStatusCode code, const std::string& message);
 
@@ -38,28 +52,6 @@ inline bool HasDeclaredType(TCIMValue::TCIMType type, bool isArray, const TCIMVa
 
 // A boolean value that is set and true (qualifiers such as Key, Abstract).
 bool IsTrue(const TCIMValue& value);
-
-// A value kept by the repository. References are kept without their
-// namespace object, which may be the repository itself (an instance
-// holding it would keep it alive for ever), and get it back, while it
-// lives, when the value is read.
-class TStoredValue {
-public:
-    TStoredValue() {}
-    explicit TStoredValue(const TCIMValue& value) { Set(value); }
-
-    void Set(const TCIMValue& value);
-    void Set(TCIMValue&& value);
-    TCIMValue Get() const;
-    // The declared type and array-ness, which do not depend on the
-    // namespaces of references.
-    TCIMValue::TCIMType GetType() const { return fValue.GetType(); }
-    bool IsArray() const { return fValue.IsArray(); }
-
-private:
-    TCIMValue fValue;
-    std::vector<boost::weak_ptr<ICIMNamespace> > fNamespaces;  // one per reference, in order
-};
 
 }  // namespace NVURZENTA20
 

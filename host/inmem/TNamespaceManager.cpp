@@ -72,6 +72,7 @@ void TNamespaceManager::AttachProviderNamespace(const std::string& name, boost::
     if (!ns || ns.get() == this) {
         ThrowStatus(TZENTAStatusCode::kInvalidArgument, "cannot attach that namespace as provider namespace " + name);
     }
+    ForgetRoutes();
     for (auto& attached : fProviderNamespaces) {
         if (attached.first == name) {
             attached.second = ns;
@@ -82,6 +83,7 @@ void TNamespaceManager::AttachProviderNamespace(const std::string& name, boost::
 }
 
 void TNamespaceManager::DetachProviderNamespace(const std::string& name) {
+    ForgetRoutes();
     fProviderNamespaces.erase(std::remove_if(fProviderNamespaces.begin(), fProviderNamespaces.end(),
                                              [&](const TProviderNamespaces::value_type& attached) {
                                                  return attached.first == name;
@@ -151,12 +153,74 @@ boost::shared_ptr<ICIMClass> TNamespaceManager::ServedClass(boost::shared_ptr<IC
     return served;
 }
 
+std::size_t TNamespaceManager::TRouteHash::operator()(const std::string& name) const { return TNameHash()(name); }
+
+bool TNamespaceManager::TRouteEqual::operator()(const std::string& a, const std::string& b) const {
+    return SameName(a, b);
+}
+
+void TNamespaceManager::ForgetRoutes() {
+    std::lock_guard<std::mutex> lock(fRoutesLock);
+    fRoutes.clear();
+    for (TRecentRoute& recent : fRecent) recent.route.reset();
+}
+
+TNamespaceManager::TRoutePtr TNamespaceManager::KnownRoute(const std::string& name, unsigned long generation) const {
+    for (const TRecentRoute& recent : fRecent) {
+        if (recent.route && recent.route->generation == generation && recent.name == name) return recent.route;
+    }
+    const TRoutes::const_iterator known = fRoutes.find(name);
+    if (known == fRoutes.end() || known->second->generation != generation) return TRoutePtr();
+    TRecentRoute& slot = fRecent[fNextRecent];
+    fNextRecent = (fNextRecent + 1) % kRecentRoutes;
+    slot.name = name;
+    slot.route = known->second;
+    return slot.route;
+}
+
+TNamespaceManager::TRoutePtr TNamespaceManager::Route(const std::string& name, const TCIMContext& plain) const {
+    const unsigned long generation = SchemaGeneration();
+    {
+        std::lock_guard<std::mutex> lock(fRoutesLock);
+        TRoutePtr known = KnownRoute(name, generation);
+        if (known) return known;
+    }
+    TRoutePtr route(new TRoute);
+    route->generation = generation;
+    route->repositoryClass = RepositoryClass(name, plain);
+    route->serving = ServingNamespace(*route->repositoryClass);
+    std::lock_guard<std::mutex> lock(fRoutesLock);
+    fRoutes[name] = route;
+    return route;
+}
+
+boost::shared_ptr<ICIMNamespace> TNamespaceManager::GetServingNamespace(const std::string& name) const {
+    return Route(name, TCIMContext())->serving;
+}
+
+// The provider namespace's class is kept only for requests whose context
+// holds nothing but their origin: another entry might change its answer.
 boost::shared_ptr<ICIMClass> TNamespaceManager::GetClass(const std::string& name, TCIMContext context) {
     if (RequestOrigin(context).empty() || name == kRootClassName) return fRepository->GetClass(name, context);
+    if (context.size() == 1) {
+        std::lock_guard<std::mutex> lock(fRoutesLock);
+        const TRoutePtr known = KnownRoute(name, SchemaGeneration());
+        if (known && !known->serving) return known->repositoryClass;
+        if (known && known->servedClass) return known->servedClass;
+    }
     const TCIMContext plain = PlainContext(context);
-    boost::shared_ptr<ICIMClass> cls = RepositoryClass(name, plain);
-    boost::shared_ptr<ICIMNamespace> serving = ServingNamespace(*cls);
-    return serving ? ServedClass(serving, name, plain) : cls;
+    const TRoutePtr route = Route(name, plain);
+    if (!route->serving) return route->repositoryClass;
+    if (plain.empty()) {
+        std::lock_guard<std::mutex> lock(fRoutesLock);
+        if (route->servedClass) return route->servedClass;
+    }
+    boost::shared_ptr<ICIMClass> served = ServedClass(route->serving, name, plain);
+    if (plain.empty()) {
+        std::lock_guard<std::mutex> lock(fRoutesLock);
+        route->servedClass = served;
+    }
+    return served;
 }
 
 void TNamespaceManager::EnumerateRootClasses(const TClassCallback& callback, TCIMContext context) {
@@ -203,11 +267,13 @@ boost::shared_ptr<ICIMInstance> TNamespaceManager::GetInstance(const TCIMReferen
         return fRepository->GetInstance(path, context);
     }
     const TCIMContext plain = PlainContext(context);
-    boost::shared_ptr<ICIMClass> cls = RepositoryClass(path.GetClassName(), plain);
-    boost::shared_ptr<ICIMNamespace> serving = ServingNamespace(*cls);
-    if (!serving) return fRepository->GetInstance(path, plain);
-    boost::shared_ptr<ICIMInstance> found;
-    ServedClass(serving, path.GetClassName(), plain)->EnumerateInstances(
+    const TRoutePtr route = Route(path.GetClassName(), plain);
+    if (!route->serving) return fRepository->GetInstance(path, plain);
+    boost::shared_ptr<ICIMInstance> found = route->serving->GetInstance(path, plain);
+    if (found) return found;
+    // A provider that does not get single instances still serves those it
+    // enumerates.
+    ServedClass(route->serving, path.GetClassName(), plain)->EnumerateInstances(
         [&](boost::shared_ptr<ICIMInstance> instance) {
             if (instance && instance->GetReference(plain) == path) found = instance;
             return !found;

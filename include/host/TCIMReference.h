@@ -1,6 +1,15 @@
 // A CIM object path: namespace (object and name), class name, key bindings
 // and the context with which the path is resolved.
 //
+// A path names its namespace without owning it (it holds it weakly):
+// namespaces are owned by the host, and paths are kept inside them (as
+// property values of instances and as defaults of classes), so a path that
+// owned its namespace would keep it alive for ever. Once the namespace has
+// gone, GetNamespace() answers empty.
+//
+// The context is shared by the copies of a path and never changed in
+// place: copying a path copies no map.
+//
 // Layout guarantee: the first member is a non-owning shared pointer to the
 // object itself and the class has no virtual functions. A pointer to a
 // TCIMReference can therefore also be read as a pointer to a
@@ -12,7 +21,9 @@
 #include <string>
 #include <vector>
 
+#include <boost/container/small_vector.hpp>
 #include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
 
 #include "TCIMValue.h"
 #include "ZentaTypes.h"
@@ -21,6 +32,12 @@ namespace NVURZENTA20 {
 
 class TCIMReference {
 public:
+    // A context several paths carry; nobody changes it.
+    typedef boost::shared_ptr<const TCIMContext> TSharedContext;
+    // The key bindings, sorted by name without regard to case. Most paths
+    // have one key: it is kept in the path itself.
+    typedef boost::container::small_vector<std::pair<std::string, TCIMValue>, 1> TKeyBindings;
+
     TCIMReference();
     TCIMReference(boost::shared_ptr<ICIMNamespace> ns, TCIMContext context);
     // Copies and moves bind the self pointer to the new object; it is never
@@ -50,6 +67,9 @@ public:
     void SetNameSpaceName(std::string name);
     std::string GetNameSpaceName() const;
     void SetContext(TCIMContext context);
+    // Carries `context` itself: paths made by the thousand with the same
+    // context share one map.
+    void ShareContext(const TSharedContext& context);
     const TCIMContext& GetContext() const;
 
     // Adds or replaces the binding of `name` (key names compare
@@ -57,6 +77,8 @@ public:
     void AddKeyValue(const std::string& name, const TCIMValue& value);
     // Visits the bindings in ascending order of name; stops on `false`.
     void EnumerateKeyBindings(const TKeyBindingCallback& callback) const;
+    // The same bindings, read in place.
+    const TKeyBindings& GetKeyBindings() const { return fKeys; }
     std::size_t GetKeyCount() const { return fKeys.size(); }
     bool HasKey(const std::string& name) const;
     // The value bound to `name`, or a null value.
@@ -79,7 +101,7 @@ public:
     bool operator!=(const TCIMReference& other) const { return !(*this == other); }
 
 private:
-    typedef std::vector<std::pair<std::string, TCIMValue> > TKeyList;
+    typedef TKeyBindings TKeyList;
 
     void BindSelf();
     // The first binding whose name does not sort before `name`.
@@ -88,11 +110,11 @@ private:
     TKeyList::const_iterator FindKey(const std::string& name) const;
 
     boost::shared_ptr<TCIMReference> fSelf;  // must stay the first member; never owns
-    boost::shared_ptr<ICIMNamespace> fNamespace;
+    boost::weak_ptr<ICIMNamespace> fNamespace;
     std::string fNamespaceName;
     std::string fClassName;
-    TKeyList fKeys;  // sorted by name, ignoring case
-    TCIMContext fContext;
+    TKeyList fKeys;            // sorted by name, ignoring case
+    TSharedContext fContext;   // empty for an empty context
 };
 
 }  // namespace NVURZENTA20

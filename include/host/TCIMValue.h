@@ -1,14 +1,18 @@
 // The host's CIM value: one of sixteen types, scalar or array, possibly a
 // typed null. Conversions that do not fit the stored value throw
 // TZENTAException instead of guessing.
+//
+// Every value takes sixteen bytes: scalars, strings of up to 13 bytes and
+// date-times are kept in the value itself; longer strings, references and
+// arrays in a payload that copies of the value share and nobody changes
+// (writing to an array through its vector first takes a copy of its own).
 #ifndef ZENTA_HOST_TCIMVALUE_H
 #define ZENTA_HOST_TCIMVALUE_H
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
-
-#include <boost/shared_ptr.hpp>
 
 #include "TCIMChar16.h"
 #include "TCIMDateTime.h"
@@ -18,7 +22,7 @@ namespace NVURZENTA20 {
 
 class TCIMReference;
 
-class TCIMValue {
+class alignas(8) TCIMValue {
 public:
     class TCIMType {
     public:
@@ -117,9 +121,9 @@ public:
     // A null of `type`; a non-zero `count` makes it a null array.
     void SetNullValue(TCIMType::ECIMType type, unsigned int count);
 
-    bool IsNull() const { return fIsNull; }
-    bool IsArray() const { return fIsArray; }
-    TCIMType GetType() const { return TCIMType(fType); }
+    bool IsNull() const { return Has(kNullBit); }
+    bool IsArray() const { return Has(kArrayBit); }
+    TCIMType GetType() const { return TCIMType(static_cast<TCIMType::ECIMType>(fType)); }
     // The CIM text form: integers in decimal, reals in their shortest form
     // that reads back equal ("NaN", "INF", "-INF"), booleans TRUE/FALSE,
     // char16 as UTF-8, date-times in CIM form, references as their path,
@@ -153,22 +157,41 @@ public:
     operator std::vector<TCIMValue>&();
     operator const std::vector<TCIMValue>&() const;
 
+    // The reference a reference value holds, without copying it; throws as
+    // the conversion to TCIMReference does.
+    const TCIMReference& GetReference() const;
+
     // Same type, same array-ness, same nullness and equal contents.
     bool operator==(const TCIMValue& other) const;
     bool operator!=(const TCIMValue& other) const { return !(*this == other); }
 
 private:
-    union TScalar {
-        std::uint64_t integer;  // integers (sign-extended), booleans, char16
-        double real;            // real32 and real64
+    struct TPayload;
+    struct TTextPayload;
+    struct TReferencePayload;
+    struct TArrayPayload;
+
+    // What the sixteen bytes hold besides the type.
+    enum EFlag : unsigned char {
+        kNullBit = 1,
+        kArrayBit = 2,
+        kInlineBit = 4,   // text kept in the value itself (short strings, date-times)
+        kPayloadBit = 8,  // the first bytes point at a shared, immutable payload
     };
+    // Short strings are kept in the value: up to this many bytes, their
+    // length in the byte after them.
+    static const std::size_t kInlineCapacity = 13;
 
     template <class TTarget>
     TTarget ReadInteger(const char* target) const;
     template <class TTarget>
     TTarget ReadReal(const char* target) const;
     void Reset(TCIMType::ECIMType type);
+    void Release() noexcept;
     void SetInteger(TCIMType::ECIMType type, std::uint64_t bits);
+    void SetReal(TCIMType::ECIMType type, double real);
+    void SetText(TCIMType::ECIMType type, const char* text, std::size_t length);
+    void SetPayload(TCIMType::ECIMType type, TPayload* payload);
     void SetArray(TCIMType type, unsigned int count, std::vector<TCIMValue>& elements);
     void RequireScalar(const char* target) const;
     void RequireType(TCIMType::ECIMType type, const char* target) const;
@@ -178,14 +201,22 @@ private:
     bool SameContents(const TCIMValue& other) const;
     void Swap(TCIMValue& other) noexcept;
 
-    TCIMType::ECIMType fType;
-    bool fIsNull;
-    bool fIsArray;
-    TScalar fScalar;
-    std::string fText;  // strings, and the text of date-times
-    // References are immutable once stored, so copies of the value share one.
-    boost::shared_ptr<const TCIMReference> fReference;
-    std::vector<TCIMValue> fArray;
+    bool Has(EFlag flag) const { return (fFlags & flag) != 0; }
+    std::uint64_t Bits() const;
+    double Real() const;
+    TPayload* Payload() const;
+    const TTextPayload& Text() const;
+    const TReferencePayload& Reference() const;
+    const TArrayPayload& Array() const;
+    std::vector<TCIMValue>& OwnArray();
+    const char* TextData() const;
+    std::size_t TextLength() const;
+
+    // Scalars, the inline text or the payload pointer, then the type and the
+    // flags: sixteen bytes for every value, whatever its type.
+    unsigned char fBytes[14];
+    unsigned char fType;
+    unsigned char fFlags;
 };
 
 }  // namespace NVURZENTA20

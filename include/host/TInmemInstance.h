@@ -1,11 +1,14 @@
 // The host's in-memory instance: property values that start from the class
 // defaults, a path built from the key properties, and association walks
-// through the namespace.
+// through the namespace. An instance keeps only its values; the class's
+// layout (declarations, names, defaults) is shared by all its instances, and
+// the property objects that GetProperty hands out are made on first use.
 #ifndef ZENTA_HOST_TINMEMINSTANCE_H
 #define ZENTA_HOST_TINMEMINSTANCE_H
 
+#include <atomic>
+#include <memory>
 #include <string>
-#include <vector>
 
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/shared_ptr.hpp>
@@ -14,6 +17,8 @@
 #include "ZentaTypes.h"
 
 namespace NVURZENTA20 {
+
+struct TInstanceLayout;
 
 class TInmemInstance : public ICIMInstance, public boost::enable_shared_from_this<TInmemInstance> {
 public:
@@ -50,14 +55,27 @@ public:
     ICIMInstance& operator=(const ICIMInstance& other) override;
 
 private:
-    boost::shared_ptr<ICIMProperty> FindProperty(const std::string& name) const;
+    class TProperty;
+
+    // The slot of property `name`, or fLayout's size.
+    std::size_t SlotOf(const std::string& name) const;
+    // Writes are checked against the declaration.
+    void SetSlot(std::size_t slot, const TCIMValue& value);
+    // The property objects of the slots, made on first use.
+    TProperty* Properties() const;
+    // A property object that keeps this instance alive while it is held.
+    boost::shared_ptr<ICIMProperty> PropertyAt(std::size_t slot) const;
     // Sets this instance's properties from the properties of the same names
     // in `other`, all or none.
     void CopyValuesFrom(const ICIMInstance& other);
 
     boost::shared_ptr<ICIMClass> fClass;
     int fKind;
-    std::vector<boost::shared_ptr<ICIMProperty> > fProperties;  // in declaration order
+    // What every instance of the class shares: the declarations, their
+    // names and defaults.
+    boost::shared_ptr<const TInstanceLayout> fLayout;
+    std::unique_ptr<TCIMValue[]> fValues;  // one per slot of the layout
+    mutable std::atomic<TProperty*> fProperties;
 };
 
 }  // namespace NVURZENTA20

@@ -5,7 +5,9 @@
 #ifndef ZENTA_HOST_TNAMESPACEMANAGER_H
 #define ZENTA_HOST_TNAMESPACEMANAGER_H
 
+#include <mutex>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -43,6 +45,9 @@ public:
     // Empty when nothing is attached under `name`.
     boost::shared_ptr<ICIMNamespace> GetProviderNamespace(const std::string& name) const;
     boost::shared_ptr<ICIMNamespace> GetRepository() const { return fRepository; }
+    // The provider namespace that serves the class `name`; empty when the
+    // repository does. kNotFound and kProviderFailure as GetClass.
+    boost::shared_ptr<ICIMNamespace> GetServingNamespace(const std::string& name) const;
 
     boost::shared_ptr<INamespaceProvider> GetNamespaceProvider(TCIMContext context) const override;
     // The manager is the top of the routing: kUnsupportedOperation.
@@ -71,7 +76,10 @@ public:
                    TCIMContext context) override;
     // Routed as GetClass, by the path's class, when `context` or the path's
     // own context carries a non-empty "nspID": a provider-served instance is
-    // found among its class's instances as the provider enumerates them.
+    // asked of the serving namespace (one provider call) and, when that finds
+    // none, looked for among the instances the provider enumerates. A plain
+    // request goes to the repository, which routes the classes of providers
+    // back here.
     boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& path, TCIMContext context) const override;
     void DeleteInstance(const TCIMReference& path, TCIMContext context) override;
     void ModifyInstance(const TCIMReference& path, TCIMContext values, TCIMContext context) override;
@@ -84,7 +92,43 @@ public:
 private:
     typedef std::vector<std::pair<std::string, boost::shared_ptr<ICIMNamespace> > > TProviderNamespaces;
 
+    // Where the requests of providers for one class go: the repository's
+    // class, the namespace serving it (empty: the repository), and the class
+    // a request with nothing but its origin in the context gets (set on the
+    // first such request, under the lock). Every instance a provider makes
+    // asks for its class, so routes are kept until a class or the attached
+    // namespaces change.
+    struct TRoute {
+        unsigned long generation;
+        boost::shared_ptr<ICIMClass> repositoryClass;
+        boost::shared_ptr<ICIMNamespace> serving;
+        boost::shared_ptr<ICIMClass> servedClass;
+    };
+    typedef boost::shared_ptr<TRoute> TRoutePtr;
+    // By class name, without regard to ASCII case.
+    struct TRouteHash {
+        std::size_t operator()(const std::string& name) const;
+    };
+    struct TRouteEqual {
+        bool operator()(const std::string& a, const std::string& b) const;
+    };
+    typedef std::unordered_map<std::string, TRoutePtr, TRouteHash, TRouteEqual> TRoutes;
+    // The routes found last, by the name they were asked for: a provider
+    // asks for the same few classes for every instance it makes (an
+    // association and the classes its ends name).
+    struct TRecentRoute {
+        std::string name;
+        TRoutePtr route;
+    };
+    static const std::size_t kRecentRoutes = 4;
+
     explicit TNamespaceManager(boost::shared_ptr<ICIMNamespace> repository);
+
+    // The route of the class `name` (kNotFound, kProviderFailure as GetClass).
+    TRoutePtr Route(const std::string& name, const TCIMContext& plain) const;
+    // The route known for `name`, or empty; the lock must be held.
+    TRoutePtr KnownRoute(const std::string& name, unsigned long generation) const;
+    void ForgetRoutes();
 
     // The repository's class; kNotFound when it has none.
     boost::shared_ptr<ICIMClass> RepositoryClass(const std::string& name, const TCIMContext& plain) const;
@@ -94,6 +138,10 @@ private:
 
     boost::shared_ptr<ICIMNamespace> fRepository;
     TProviderNamespaces fProviderNamespaces;  // in attach order
+    mutable std::mutex fRoutesLock;
+    mutable TRoutes fRoutes;
+    mutable TRecentRoute fRecent[kRecentRoutes];
+    mutable std::size_t fNextRecent = 0;
 };
 
 }  // namespace NVURZENTA20

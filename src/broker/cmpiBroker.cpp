@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "CmpiCast.h"
 #include "ICIMNamespace.h"
 #include "TCIMReference.h"
 #include "TCMPIInstance.h"
@@ -42,28 +43,13 @@ boost::shared_ptr<ICIMNamespace> UpcallNamespace(const CMPIBroker* broker) {
     return upcall ? upcall->lock() : boost::shared_ptr<ICIMNamespace>();
 }
 
-// The instance a path names, asked of the path's namespace first. Only the
-// factory's paths carry the provider marker that makes the namespace
-// manager route a request to the provider serving the class; the paths of
-// host instances (instance paths, names enumerations, the driver's paths)
-// name the repository or carry no marker, and would never find a provider's
-// instance. Those are looked up again through the upcall namespace as a
-// provider's request. A path without a namespace names nothing.
-boost::shared_ptr<ICIMInstance> InstanceAt(const CMPIBroker* broker, const TCIMReference& path) {
+// The instance a path names, asked of the path's own namespace; a path
+// without a namespace names nothing. Every namespace a path can name finds
+// the instances of providers: the host routes them to the serving provider.
+boost::shared_ptr<ICIMInstance> InstanceAt(const TCIMReference& path) {
     boost::shared_ptr<ICIMNamespace> ns = path.GetNamespace();
     if (!ns) return boost::shared_ptr<ICIMInstance>();
-    boost::shared_ptr<ICIMInstance> instance = ns->GetInstance(path, TCIMContext());
-    boost::shared_ptr<ICIMNamespace> upcall = UpcallNamespace(broker);
-    bool askedAsProvider = ns == upcall && path.GetContext().count("nspID") != 0;
-    if (instance || !upcall || askedAsProvider) return instance;
-    TCIMContext fromProvider;
-    fromProvider["nspID"] = TCIMValue("plugin");
-    try {
-        return upcall->GetInstance(path, fromProvider);
-    } catch (const TZENTAException&) {
-        // A class the manager cannot route has no instance to find.
-        return boost::shared_ptr<ICIMInstance>();
-    }
+    return ns->GetInstance(path, TCIMContext());
 }
 
 CMPIEnumeration* PathsOf(const TInstanceVector& instances) {
@@ -144,21 +130,19 @@ CMPIEnumeration* mbEnumInstanceNames(const CMPIBroker* broker, const CMPIContext
     return RegisteredPathsOf(instances);
 }
 
-CMPIInstance* mbGetInstance(const CMPIBroker* broker, const CMPIContext*, const CMPIObjectPath* op, const char**,
+CMPIInstance* mbGetInstance(const CMPIBroker*, const CMPIContext*, const CMPIObjectPath* op, const char**,
                             CMPIStatus* rc) {
     const TCIMReference* path = ReferenceOf(op);
     if (path == nullptr || !path->GetNamespace()) {
         setStatus(rc, CMPI_RC_ERR_FAILED);
         return nullptr;
     }
-    boost::shared_ptr<ICIMInstance> instance = InstanceAt(broker, *path);
+    boost::shared_ptr<ICIMInstance> instance = InstanceAt(*path);
     // The record keeps the instance alive until the registry is cleared, so
     // a provider can use what it asked for after the upcall returns. A path
     // naming no instance still answers OK, with a record over no instance,
     // as providers written for this broker expect.
-    CMPIInstance* record = new CMPIInstance;
-    record->hdl = new boost::shared_ptr<ICIMInstance>(instance);
-    record->ft = cmpiInstanceFt;
+    CMPIInstance* record = newInstanceRecord(instance);
     CMPINSPInstanceRegistry::GetRegistrySingleton()->RegisterInstance(record);
     setStatus(rc, CMPI_RC_OK);
     return record;
@@ -168,7 +152,7 @@ CMPIObjectPath* mbCreateInstance(const CMPIBroker*, const CMPIContext*, const CM
                                  const CMPIInstance* inst, CMPIStatus* rc) {
     if (inst == nullptr || inst->hdl == nullptr) return nullptr;
     boost::shared_ptr<ICIMInstance>& held = *static_cast<boost::shared_ptr<ICIMInstance>*>(inst->hdl);
-    boost::shared_ptr<TCMPIInstance> instance = boost::dynamic_pointer_cast<TCMPIInstance>(held);
+    boost::shared_ptr<TCMPIInstance> instance = cmpiCast<TCMPIInstance>(held);
     instance->AddToNamespace(TCIMContext());
     setStatus(rc, CMPI_RC_OK);
     return nullptr;
@@ -181,10 +165,10 @@ CMPIStatus mbModifyInstance(const CMPIBroker*, const CMPIContext*, const CMPIObj
 
 // Nothing is ever deleted through the broker; the answer only tells whether
 // there was something to delete.
-CMPIStatus mbDeleteInstance(const CMPIBroker* broker, const CMPIContext*, const CMPIObjectPath* op) {
+CMPIStatus mbDeleteInstance(const CMPIBroker*, const CMPIContext*, const CMPIObjectPath* op) {
     boost::shared_ptr<TCIMReference> path = SharedReferenceOf(op);
     if (!path || !path->GetClass()) return makeStatus(CMPI_RC_ERR_FAILED);
-    return makeStatus(InstanceAt(broker, *path) ? CMPI_RC_ERR_NOT_SUPPORTED : CMPI_RC_ERR_FAILED);
+    return makeStatus(InstanceAt(*path) ? CMPI_RC_ERR_NOT_SUPPORTED : CMPI_RC_ERR_FAILED);
 }
 
 CMPIData mbGetProperty(const CMPIBroker*, const CMPIContext*, const CMPIObjectPath* op, const char* name,
@@ -202,7 +186,7 @@ CMPIData mbGetProperty(const CMPIBroker*, const CMPIContext*, const CMPIObjectPa
     return result;
 }
 
-CMPIStatus mbSetProperty(const CMPIBroker* broker, const CMPIContext*, const CMPIObjectPath* op, const char* name,
+CMPIStatus mbSetProperty(const CMPIBroker*, const CMPIContext*, const CMPIObjectPath* op, const char* name,
                          const CMPIValue* value, CMPIType type) {
     CMPIStatus status = makeStatus(CMPI_RC_OK);
     if (type == CMPI_null) return makeStatus(CMPI_RC_ERR_FAILED);
@@ -210,7 +194,7 @@ CMPIStatus mbSetProperty(const CMPIBroker* broker, const CMPIContext*, const CMP
     if (!path) return makeStatus(CMPI_RC_ERR_FAILED);
     boost::shared_ptr<ICIMClass> cls = path->GetClass();
     if (!cls || !cls->GetProperty(name, TCIMContext())) return makeStatus(CMPI_RC_ERR_FAILED);
-    boost::shared_ptr<ICIMInstance> instance = InstanceAt(broker, *path);
+    boost::shared_ptr<ICIMInstance> instance = InstanceAt(*path);
     if (!instance) return makeStatus(CMPI_RC_ERR_FAILED);
     TCIMValue converted = convertCMPIValue(value, type, &status.rc);
     instance->SetPropertyValue(name, converted, TCIMContext());
@@ -220,10 +204,10 @@ CMPIStatus mbSetProperty(const CMPIBroker* broker, const CMPIContext*, const CMP
 // --- Associations ----------------------------------------------------------
 
 // The instance a walk starts from, or null when the path names none.
-boost::shared_ptr<ICIMInstance> WalkStart(const CMPIBroker* broker, const CMPIObjectPath* op) {
+boost::shared_ptr<ICIMInstance> WalkStart(const CMPIObjectPath* op) {
     const TCIMReference* path = ReferenceOf(op);
     if (path == nullptr) return boost::shared_ptr<ICIMInstance>();
-    return InstanceAt(broker, *path);
+    return InstanceAt(*path);
 }
 
 // A walk that finds nothing is reported as a failure, not as an empty
@@ -240,10 +224,10 @@ CMPIEnumeration* WalkResult(TInstanceVector* found, CMPIStatus* rc) {
     return reinterpret_cast<CMPIEnumeration*>(enumeration);
 }
 
-CMPIEnumeration* mbAssociators(const CMPIBroker* broker, const CMPIContext*, const CMPIObjectPath* op,
+CMPIEnumeration* mbAssociators(const CMPIBroker*, const CMPIContext*, const CMPIObjectPath* op,
                                const char* assocClass, const char* resultClass, const char* role,
                                const char* resultRole, const char**, CMPIStatus* rc) {
-    boost::shared_ptr<ICIMInstance> start = WalkStart(broker, op);
+    boost::shared_ptr<ICIMInstance> start = WalkStart(op);
     if (!start) {
         setStatus(rc, CMPI_RC_ERR_FAILED);
         return nullptr;
@@ -254,9 +238,9 @@ CMPIEnumeration* mbAssociators(const CMPIBroker* broker, const CMPIContext*, con
     return WalkResult(found, rc);
 }
 
-CMPIEnumeration* mbReferences(const CMPIBroker* broker, const CMPIContext*, const CMPIObjectPath* op,
+CMPIEnumeration* mbReferences(const CMPIBroker*, const CMPIContext*, const CMPIObjectPath* op,
                               const char* resultClass, const char* role, const char**, CMPIStatus* rc) {
-    boost::shared_ptr<ICIMInstance> start = WalkStart(broker, op);
+    boost::shared_ptr<ICIMInstance> start = WalkStart(op);
     if (!start) {
         setStatus(rc, CMPI_RC_ERR_FAILED);
         return nullptr;
@@ -289,7 +273,7 @@ CMPIEnumeration* mbReferenceNames(const CMPIBroker* broker, const CMPIContext* c
 
 // --- Methods ---------------------------------------------------------------
 
-CMPIData mbInvokeMethod(const CMPIBroker* broker, const CMPIContext*, const CMPIObjectPath* op, const char* method,
+CMPIData mbInvokeMethod(const CMPIBroker*, const CMPIContext*, const CMPIObjectPath* op, const char* method,
                         const CMPIArgs* in, CMPIArgs* out, CMPIStatus* rc) {
     CMPIData result;
     result.type = CMPI_null;
@@ -297,7 +281,7 @@ CMPIData mbInvokeMethod(const CMPIBroker* broker, const CMPIContext*, const CMPI
     result.value.uint64 = 0;
     boost::shared_ptr<TCIMReference> path = SharedReferenceOf(op);
     boost::shared_ptr<TCMPIInstance> instance;
-    if (path && path->GetClass()) instance = boost::dynamic_pointer_cast<TCMPIInstance>(InstanceAt(broker, *path));
+    if (path && path->GetClass()) instance = cmpiCast<TCMPIInstance>(InstanceAt(*path));
     // Both argument lists must be usable: the call reads one and copies the
     // other, and a null handle would be followed blindly otherwise.
     if (!instance || in == nullptr || out == nullptr || in->hdl == nullptr || out->hdl == nullptr) {

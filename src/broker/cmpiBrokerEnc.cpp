@@ -4,11 +4,9 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <map>
 #include <string>
 
-#include <boost/bind/bind.hpp>
-
+#include "CmpiCast.h"
 #include "TCIMReference.h"
 #include "TCMPIClass.h"
 #include "TOSSpecific.h"
@@ -46,18 +44,13 @@ CMPIDateTime* RegisterDateTime(TCIMDateTime* value, CMPIStatus* rc) {
     return record;
 }
 
-// The context every path made for a provider carries. Built once: a
-// provider makes a path for every instance it returns.
-const TCIMContext& ProviderPathContext() {
-    static const TCIMContext context = {{"nspID", TCIMValue("cmpi")}};
-    return context;
-}
-
-typedef std::map<std::string, TCIMValue> TKeyMap;
-
-bool InsertKeyBinding(TKeyMap* keys, std::pair<std::string, TCIMValue> binding) {
-    keys->insert(binding);
-    return true;
+// The context every path made for a provider carries. Built once and
+// shared by every such path: a provider makes a path for every instance it
+// returns, and paths never change their context.
+const TCIMReference::TSharedContext& ProviderPathContext() {
+    static const TCIMReference::TSharedContext* const context =
+        new TCIMReference::TSharedContext(new TCIMContext{{"nspID", TCIMValue("cmpi")}});
+    return *context;
 }
 
 // Provider severities mapped to host log levels.
@@ -73,39 +66,38 @@ int LogLevelOf(int severity) {
 
 }  // namespace
 
+// The key properties are set from the path's bindings as they stand: a path
+// binds each name once (key names compare without case), so the order in
+// which they are set changes nothing.
 CMPIInstance* newCMPIInstance(const CMPIBroker*, const CMPIObjectPath* op, CMPIStatus* rc) {
     const TCIMReference* path = static_cast<const TCIMReference*>(op->hdl);
-    std::string className = path->GetClassName();
     // A path must name a provider-served class of this namespace. Anything
     // else is refused here rather than cast blindly: a long-running host
     // must not turn a provider's mistake into memory corruption.
-    boost::shared_ptr<TCMPIClass> cls = boost::dynamic_pointer_cast<TCMPIClass>(path->GetCIMElement(true));
+    boost::shared_ptr<TCMPIClass> cls = cmpiCast<TCMPIClass>(path->GetCIMElement(true));
     if (!cls) {
         setStatus(rc, CMPI_RC_ERR_NOT_FOUND);
         return nullptr;
     }
     boost::shared_ptr<ICIMInstance> instance = cls->AllocateInstance(TCIMContext());
-    TKeyMap keys;
-    path->EnumerateKeyBindings(boost::bind(&InsertKeyBinding, &keys, boost::placeholders::_1));
-    for (TKeyMap::const_iterator key = keys.begin(); key != keys.end(); ++key) {
-        instance->SetPropertyValue(key->first, key->second, TCIMContext());
+    for (const auto& key : path->GetKeyBindings()) {
+        instance->SetPropertyValue(key.first, key.second, TCIMContext());
     }
-    CMPIInstance* record =
-        NewRecord<CMPIInstance>(new boost::shared_ptr<ICIMInstance>(instance), cmpiInstanceFt);
+    CMPIInstance* record = newInstanceRecord(instance);
     Registry()->RegisterInstance(record);
     setStatus(rc, CMPI_RC_OK);
     return record;
 }
 
 CMPIObjectPath* newCMPIObjectPath(const CMPIBroker* broker, const char* ns, const char* cn, CMPIStatus* rc) {
-    TCIMReference* path = new TCIMReference(boost::shared_ptr<ICIMNamespace>(), TCIMContext());
+    CMPIObjectPath* record = newOwningObjectPath();
+    TCIMReference* path = static_cast<TCIMReference*>(record->hdl);
     // The broker's handle is the namespace's weak reference to its upcall
     // namespace; locking it cannot revive a namespace that has gone.
     path->SetNamespace(static_cast<boost::weak_ptr<ICIMNamespace>*>(broker->hdl)->lock());
-    path->SetContext(ProviderPathContext());
+    path->ShareContext(ProviderPathContext());
     path->SetClassName(std::string(cn));
     path->SetNameSpaceName(std::string(ns));
-    CMPIObjectPath* record = NewRecord<CMPIObjectPath>(path, cmpiObjectPathFt);
     Registry()->RegisterObjectPath(record);
     setStatus(rc, CMPI_RC_OK);
     return record;
@@ -170,19 +162,30 @@ CMPIStatus mbEncLogMessage(const CMPIBroker*, int severity, const char* id, cons
 
 // --- Per-call records of the provider driver ------------------------------
 
+namespace {
+
+// A context record and the map it carries, made and freed together.
+struct TContextRecord {
+    CMPIContext record;
+    TCIMContext entries;
+};
+
+}  // namespace
+
 // The context gets an empty map of its own, so a provider that reads its
 // context finds nothing instead of following a stray handle.
 CMPIContext* newCMPIContext(const char*, CMPIStatus* rc) {
-    CMPIContext* record = NewRecord<CMPIContext>(new TCIMContext(), cmpiContextFt);
+    TContextRecord* made = new TContextRecord;
+    made->record.hdl = &made->entries;
+    made->record.ft = cmpiContextFt;
     setStatus(rc, CMPI_RC_OK);
-    return record;
+    return &made->record;
 }
 
+// One pointer-sized cell receives the handle of the instance the provider
+// returns.
 CMPIResult* newCMPIResult(CMPIStatus* rc) {
-    // One pointer-sized cell that receives the handle of the instance the
-    // provider returns.
-    void** cell = new void*(nullptr);
-    CMPIResult* record = NewRecord<CMPIResult>(cell, cmpiResultFt);
+    CMPIResult* record = newResultRecord();
     Registry()->RegisterResult(record);
     setStatus(rc, CMPI_RC_OK);
     return record;
@@ -194,10 +197,7 @@ CMPIResult* newCMPIEnumInstanceResult(CMPIStatus* rc) {
     return record;
 }
 
-void removeCMPIContext(CMPIContext* context) {
-    delete static_cast<TCIMContext*>(context->hdl);
-    delete context;
-}
+void removeCMPIContext(CMPIContext* context) { delete reinterpret_cast<TContextRecord*>(context); }
 
 void removeCMPIResult(CMPIResult* result) { delete result; }
 

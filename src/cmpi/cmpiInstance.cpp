@@ -5,6 +5,7 @@
 #include <boost/pointer_cast.hpp>
 
 #include "ICIMClass.h"
+#include "CmpiCast.h"
 #include "TCMPIInstance.h"
 #include "TRootObject.h"
 #include "TZENTAException.h"
@@ -24,20 +25,29 @@ using NVURZENTA20::TZENTAStatusCode;
 
 std::vector<boost::shared_ptr<ICIMProperty> > allProps;
 
+namespace {
+
+// A record and the holder its handle points at, made and freed together:
+// a provider makes one for every instance it returns.
+struct TInstanceRecord {
+    CMPIInstance record;
+    TInstanceHolder holder;
+};
+
+}  // namespace
+
 CMPIInstance* newInstanceRecord(const boost::shared_ptr<ICIMInstance>& instance)
 {
-    CMPIInstance* record = new CMPIInstance;
-    record->hdl = new TInstanceHolder(instance);
-    record->ft = cmpiInstanceFt;
-    return record;
+    TInstanceRecord* made = new TInstanceRecord{{nullptr, cmpiInstanceFt}, instance};
+    made->record.hdl = &made->holder;
+    return &made->record;
 }
 
 void deleteInstanceRecord(CMPIInstance* record)
 {
-    TInstanceHolder* holder = static_cast<TInstanceHolder*>(record->hdl);
-    holder->reset();
-    delete holder;
-    delete record;
+    TInstanceRecord* made = reinterpret_cast<TInstanceRecord*>(record);
+    made->holder.reset();
+    delete made;
 }
 
 const boost::shared_ptr<ICIMInstance>& instanceOfRecord(const CMPIInstance* record)
@@ -51,7 +61,7 @@ namespace {
 // trips the host's assertion handler.
 boost::shared_ptr<TCMPIInstance> cmpiInstanceOf(const CMPIInstance* record)
 {
-    return boost::dynamic_pointer_cast<TCMPIInstance>(instanceOfRecord(record));
+    return cmpiCast<TCMPIInstance>(instanceOfRecord(record));
 }
 
 // A value the conversion cannot read (a null signed integer or reference,
@@ -166,8 +176,8 @@ CMPIStatus instSetProperty(const CMPIInstance* record, const char* name, const C
 // The path is a registered copy of the instance's reference.
 CMPIObjectPath* instGetObjectPath(const CMPIInstance* record, CMPIStatus* rc)
 {
-    TCIMReference* ref = new TCIMReference(cmpiInstanceOf(record)->GetReference(TCIMContext()));
-    CMPIObjectPath* path = ref2CMPIObjectPath(*ref);
+    CMPIObjectPath* path = newOwningObjectPath();
+    *static_cast<TCIMReference*>(path->hdl) = cmpiInstanceOf(record)->GetReference(TCIMContext());
     CMPINSPInstanceRegistry::GetRegistrySingleton()->RegisterObjectPath(path);
     setStatus(rc, CMPI_RC_OK);
     return path;

@@ -1,6 +1,6 @@
 #include "cmpiObjectPath.h"
 
-#include <iterator>
+#include <algorithm>
 
 #include "cmpiStatus.h"
 #include "cmpiValue.h"
@@ -17,14 +17,28 @@ CMPIObjectPath* ref2CMPIObjectPath(const TCIMReference& ref)
     return path;
 }
 
+namespace {
+
+struct TOwningObjectPath {
+    CMPIObjectPath record;
+    TCIMReference reference;
+};
+
+}  // namespace
+
+CMPIObjectPath* newOwningObjectPath()
+{
+    TOwningObjectPath* made = new TOwningObjectPath;
+    made->record.hdl = &made->reference;
+    made->record.ft = cmpiObjectPathFt;
+    return &made->record;
+}
+
 void deleteOwningObjectPath(CMPIObjectPath* path)
 {
-    TCIMReference* ref = static_cast<TCIMReference*>(path->hdl);
-    if (ref != nullptr) {
-        ref->Clear();
-        delete ref;
-    }
-    delete path;
+    TOwningObjectPath* made = reinterpret_cast<TOwningObjectPath*>(path);
+    made->reference.Clear();
+    delete made;
 }
 
 namespace {
@@ -39,11 +53,31 @@ TCIMReference* referenceOf(CMPIObjectPath* path)
     return static_cast<TCIMReference*>(path->hdl);
 }
 
-TCIMContext collectKeyBindings(const TCIMReference& ref)
+typedef TCIMReference::TKeyBindings::value_type TKeyBinding;
+typedef boost::container::small_vector<const TKeyBinding*, 8> TKeyOrder;
+
+// The bindings in the byte order of their names, as a map of them would
+// hold them. A path binds each name once, so that no name is lost.
+TKeyOrder keysInByteOrder(const TCIMReference& ref)
 {
-    TCIMContext bindings;
-    ref.EnumerateKeyBindings(TAddKeyBindingsToMapCallback(bindings));
-    return bindings;
+    TKeyOrder order;
+    for (const TKeyBinding& binding : ref.GetKeyBindings()) {
+        order.push_back(&binding);
+    }
+    std::sort(order.begin(), order.end(),
+              [](const TKeyBinding* a, const TKeyBinding* b) { return a->first < b->first; });
+    return order;
+}
+
+// The binding of exactly `name` (case counts), or null.
+const TKeyBinding* keyNamed(const TCIMReference& ref, const char* name)
+{
+    for (const TKeyBinding& binding : ref.GetKeyBindings()) {
+        if (binding.first == name) {
+            return &binding;
+        }
+    }
+    return nullptr;
 }
 
 // Keys are always converted as scalars; the conversion's own code is not
@@ -114,10 +148,9 @@ CMPIData refGetKey(const CMPIObjectPath* path, const char* name, CMPIStatus* rc)
         setStatus(rc, CMPI_RC_ERR_INVALID_PARAMETER);
         return makeEmptyData(kMissingKeyState);
     }
-    const TCIMContext bindings = collectKeyBindings(*ref);
     setStatus(rc, CMPI_RC_OK);
-    TCIMContext::const_iterator binding = bindings.find(name);
-    if (binding == bindings.end()) {
+    const TKeyBinding* binding = keyNamed(*ref, name);
+    if (binding == nullptr) {
         setStatus(rc, CMPI_RC_ERR_NOT_FOUND);
         return makeEmptyData(kMissingKeyState);
     }
@@ -131,13 +164,13 @@ CMPIData refGetKeyAt(const CMPIObjectPath* path, CMPICount index, CMPIString** n
         setStatus(rc, CMPI_RC_ERR_INVALID_PARAMETER);
         return makeEmptyData(kMissingKeyState);
     }
-    const TCIMContext bindings = collectKeyBindings(*ref);
+    const TKeyOrder bindings = keysInByteOrder(*ref);
     setStatus(rc, CMPI_RC_OK);
     if (index >= bindings.size()) {
         setStatus(rc, CMPI_RC_ERR_NOT_FOUND);
         return makeEmptyData(kMissingKeyState);
     }
-    TCIMContext::const_iterator binding = std::next(bindings.begin(), index);
+    const TKeyBinding* binding = bindings[index];
     const CMPIData data = keyData(binding->second);
     if (name != nullptr) {
         *name = string2CMPIString(binding->first);
@@ -152,7 +185,7 @@ CMPICount refGetKeyCount(const CMPIObjectPath* path, CMPIStatus* rc)
         setStatus(rc, CMPI_RC_ERR_INVALID_PARAMETER);
         return 0;
     }
-    const CMPICount count = static_cast<CMPICount>(collectKeyBindings(*ref).size());
+    const CMPICount count = static_cast<CMPICount>(ref->GetKeyCount());
     setStatus(rc, CMPI_RC_OK);
     return count;
 }

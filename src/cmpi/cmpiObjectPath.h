@@ -5,9 +5,6 @@
 #ifndef ZENTA_CMPI_CMPIOBJECTPATH_H
 #define ZENTA_CMPI_CMPIOBJECTPATH_H
 
-#include <string>
-#include <utility>
-
 #include "TCIMReference.h"
 #include "TCIMValue.h"
 #include "cmpift.h"
@@ -18,24 +15,13 @@ extern CMPIObjectPathFT* cmpiObjectPathFt;
 // the record and keeps `ref` alive while it is used.
 CMPIObjectPath* ref2CMPIObjectPath(const NVURZENTA20::TCIMReference& ref);
 
-// For records whose reference is a heap object of their own (the factory's
-// and instGetObjectPath's): clears and frees the reference and the record.
+// A new, unregistered record that owns an empty reference of its own, made
+// in one allocation with it (the factory makes one for every path a
+// provider asks for).
+CMPIObjectPath* newOwningObjectPath();
+
+// Frees a record made by newOwningObjectPath: clears its reference and
+// frees both.
 void deleteOwningObjectPath(CMPIObjectPath* path);
-
-// Collects key bindings into a context map; a name seen twice keeps its
-// first value. The walk always goes on.
-class TAddKeyBindingsToMapCallback {
-public:
-    explicit TAddKeyBindingsToMapCallback(NVURZENTA20::TCIMContext& target) : fTarget(&target) {}
-
-    bool operator()(std::pair<std::string, NVURZENTA20::TCIMValue> binding) const
-    {
-        fTarget->insert(binding);
-        return true;
-    }
-
-private:
-    NVURZENTA20::TCIMContext* fTarget;
-};
 
 #endif

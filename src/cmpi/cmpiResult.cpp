@@ -5,18 +5,28 @@
 using NVURZENTA20::ICIMInstance;
 using NVURZENTA20::TCIMContext;
 
+namespace {
+
+// A result record and its cell, made and freed together.
+struct TResultRecord {
+    CMPIResult record;
+    TResultCell cell;
+};
+
+}  // namespace
+
 CMPIResult* newResultRecord()
 {
-    CMPIResult* result = new CMPIResult;
-    result->hdl = new TResultCell(nullptr);
-    result->ft = cmpiResultFt;
-    return result;
+    TResultRecord* made = new TResultRecord;
+    made->cell = nullptr;
+    made->record.hdl = &made->cell;
+    made->record.ft = cmpiResultFt;
+    return &made->record;
 }
 
 void deleteResultRecord(CMPIResult* result)
 {
-    delete static_cast<TResultCell*>(result->hdl);
-    delete result;
+    delete reinterpret_cast<TResultRecord*>(result);
 }
 
 boost::shared_ptr<ICIMInstance> resultInstance(const CMPIResult* result)

@@ -3,6 +3,7 @@
 #include <boost/bind/bind.hpp>
 #include <boost/make_shared.hpp>
 
+#include "CmpiCast.h"
 #include "TCMPIInstance.h"
 #include "TCMPIMethodCall.h"
 #include "TCMPINamespace.h"
@@ -201,7 +202,7 @@ std::string TCMPIClass::GetPluginName() const {
 boost::shared_ptr<TCMPIProvider> TCMPIClass::FindProvider(const std::string& pluginName) const {
     TCMPINamespace::TProviderList& providers = GetCMPINamespace()->GetProvidersContainer();
     for (std::size_t i = 0; i < providers.size(); ++i) {
-        if (providers[i]->GetName(TCIMContext()) == pluginName) return providers[i];
+        if (providers[i]->HasName(pluginName)) return providers[i];
     }
     return boost::shared_ptr<TCMPIProvider>();
 }
@@ -263,11 +264,15 @@ void TCMPIClass::EnumerateInstancesImpl(const TInstanceCallback& callback, bool 
     }
 }
 
+// The same class object has the same name: the names are compared only
+// when the instance's class is another object.
 bool TCMPIClass::AddInstance(boost::shared_ptr<ICIMInstance> instance) {
     if (fgEnumerateInstancesContinue().empty()) return fClass->AddInstance(instance);
     if (!fgEnumerateInstancesContinue().top()) return false;
-    std::string instanceClass = instance->GetClass(TCIMContext())->GetName(TCIMContext());
-    if (instanceClass != fgEnumerateInstancesClass().top()->GetName(TCIMContext())) {
+    const boost::shared_ptr<ICIMClass> instanceClass = instance->GetClass(TCIMContext());
+    const boost::shared_ptr<const ICIMClass>& enumerated = fgEnumerateInstancesClass().top();
+    if (instanceClass != enumerated &&
+        instanceClass->GetName(TCIMContext()) != enumerated->GetName(TCIMContext())) {
         return fClass->AddInstance(instance);
     }
     if ((*fgEnumerateInstancesCallback().top())(instance)) return true;
@@ -284,8 +289,7 @@ boost::shared_ptr<ICIMInstance> TCMPIClass::GetInstance(const TCIMReference& pat
 }
 
 TCIMValue TCMPIClass::InvokeMethod(const std::string& name, TCIMContext& parameters, TCIMContext) {
-    boost::shared_ptr<TCMPIInstance> instance =
-        boost::dynamic_pointer_cast<TCMPIInstance>(AllocateInstance(TCIMContext()));
+    boost::shared_ptr<TCMPIInstance> instance = cmpiCast<TCMPIInstance>(AllocateInstance(TCIMContext()));
     TCMPIMethodCall call(shared_from_this(), name);
     call.Run(instance->BuildPath(TCIMContext()), parameters);
     return TCIMValue();

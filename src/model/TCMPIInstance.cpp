@@ -1,5 +1,6 @@
 #include "TCMPIInstance.h"
 
+#include "CmpiCast.h"
 #include "TCMPIClass.h"
 #include "TCMPIMethodCall.h"
 
@@ -13,14 +14,14 @@ TCMPIInstance::~TCMPIInstance() {}
 // Provider instances are filed with their CMPI-backed class, which hands
 // them to the enumeration in progress; the repository is not touched.
 bool TCMPIInstance::AddToNamespace(TCIMContext) {
-    boost::shared_ptr<TCMPIClass> cls = boost::dynamic_pointer_cast<TCMPIClass>(GetClass(TCIMContext()));
-    boost::shared_ptr<TCMPIInstance> self = boost::dynamic_pointer_cast<TCMPIInstance>(shared_from_this());
+    boost::shared_ptr<TCMPIClass> cls = cmpiCast<TCMPIClass>(GetClass(TCIMContext()));
+    boost::shared_ptr<TCMPIInstance> self = cmpiCast<TCMPIInstance>(shared_from_this());
     return cls->AddInstance(self);
 }
 
 TCIMValue TCMPIInstance::InvokeMethod(const std::string& name, TCIMContext& parameters, TCIMContext) {
-    boost::shared_ptr<TCMPIClass> cls = boost::dynamic_pointer_cast<TCMPIClass>(GetClass(TCIMContext()));
-    boost::shared_ptr<TCMPIInstance> self = boost::dynamic_pointer_cast<TCMPIInstance>(shared_from_this());
+    boost::shared_ptr<TCMPIClass> cls = cmpiCast<TCMPIClass>(GetClass(TCIMContext()));
+    boost::shared_ptr<TCMPIInstance> self = cmpiCast<TCMPIInstance>(shared_from_this());
     TCMPIMethodCall call(cls, name);
     call.Run(self->BuildPath(TCIMContext()), parameters);
     return TCIMValue();

@@ -5,6 +5,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include "CmpiCast.h"
 #include "TCMPIClass.h"
 #include "TCMPINamespaceProvider.h"
 #include "TRootObject.h"
@@ -165,7 +166,7 @@ void TCMPINamespace::Subscribe(boost::shared_ptr<ICIMIndicationFilter>, const TI
 boost::shared_ptr<ICIMInstance> TCMPINamespace::GetInstance(const TCIMReference& path, TCIMContext context) const {
     TCMPINamespace* self = const_cast<TCMPINamespace*>(this);
     boost::shared_ptr<TCMPIClass> cls =
-        boost::dynamic_pointer_cast<TCMPIClass>(self->GetClass(path.GetClassName(), TCIMContext()));
+        cmpiCast<TCMPIClass>(self->GetClass(path.GetClassName(), TCIMContext()));
     return cls->GetInstance(path, context);
 }
 

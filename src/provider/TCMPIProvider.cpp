@@ -27,14 +27,11 @@ bool IsHiddenFromCollection(const boost::shared_ptr<ICIMClass>& cls) {
 
 }  // namespace
 
-TCMPIProvider::TCMPIProvider(_ProviderInfo* info) : fInitialized(false), fNameAndDescriptionSet(true) {
-    try {
-        fProviderInfo.reset(info);
-    } catch (...) {
-        delete info;
-        throw;
-    }
-}
+// The shared pointer takes `info` over as it is made: if making its count
+// fails, it deletes `info` itself and lets the exception pass, so nothing
+// is left to free here.
+TCMPIProvider::TCMPIProvider(_ProviderInfo* info)
+    : fProviderInfo(info), fInitialized(false), fNameAndDescriptionSet(true) {}
 
 TCMPIProvider::~TCMPIProvider() {}
 

@@ -20,6 +20,11 @@ public:
     ~TCMPIProvider() override;
 
     std::string GetName(NVURZENTA20::TCIMContext context) const override;
+    // Whether GetName answers `name`, without copying it: every request
+    // looks its provider up by name.
+    bool HasName(const std::string& name) const {
+        return fNameAndDescriptionSet ? fName == name : NameFromPath() == name;
+    }
     std::string GetModuleName(NVURZENTA20::TCIMContext context) const override;
     std::string GetDescription(NVURZENTA20::TCIMContext context) const override;
     boost::shared_ptr<NVURZENTA20::ICIMNamespace> GetNamespace(NVURZENTA20::TCIMContext context) const override;

@@ -10,6 +10,7 @@
 #include "TOSSpecific.h"
 #include "cmpiArgs.h"
 #include "cmpiInstance.h"
+#include "cmpiObjectPath.h"
 
 using namespace NVURZENTA20;
 
@@ -196,6 +197,47 @@ TEST_F(Upcalls, EveryUpcallReadsPathsOfEveryOriginAndRefusesBrokenOnes) {
               "enum=0:car1,car2,car3 names=0:car1,car2,car3 get=0 prop=uint32:4 set=1 delete=1 " + kNoWalk +
                   " invoke=1:5");
     EXPECT_EQ(*services, before);
+}
+
+// Instance upcalls ask the namespace the path names and nothing else: the
+// repository (where the host's own paths of provider instances point) finds
+// them, drivers too although their provider gets no single instance; a
+// namespace that lacks the instance answers for itself.
+TEST_F(Upcalls, InstanceUpcallsAskOnlyTheNamespaceThePathNames) {
+    const auto pathIn = [](const boost::shared_ptr<ICIMNamespace>& ns, const char* cls, const char* key,
+                           const char* id) {
+        CMPIObjectPath* record = newOwningObjectPath();
+        TCIMReference* path = static_cast<TCIMReference*>(record->hdl);
+        path->SetNamespace(ns);
+        path->SetClassName(cls);
+        path->AddKeyValue(key, TCIMValue(id));
+        CMPINSPInstanceRegistry::GetRegistrySingleton()->RegisterObjectPath(record);
+        return record;
+    };
+    const std::string kFound = "get=0:car1 prop=uint32:4 set=0 delete=7";
+    EXPECT_NE(CheckPath(nullptr, pathIn(fRepository, "Fleet_Car", "Id", "car1")).find(kFound), std::string::npos);
+    EXPECT_EQ(Walks(pathIn(fRepository, "Fleet_Driver", "Name", "ann"), "Id"),
+              "assoc=0:car1 assocnames=0:car1 refs=0:1 refnames=0:1");
+    const CMPIBroker* b = Broker();
+    EXPECT_EQ(CBDeleteInstance(b, nullptr, NewPath("root/fleet", "Fleet_Driver", "ann")).rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    EXPECT_EQ(CBDeleteInstance(b, nullptr, NewPath("root/fleet", "Fleet_Driver", "zoe")).rc, CMPI_RC_ERR_FAILED);
+
+    // A repository instance of a class no provider serves.
+    boost::shared_ptr<ICIMInstance> garage =
+        fRepository->GetClass("Fleet_Garage", TCIMContext())->AllocateInstance(TCIMContext());
+    garage->SetPropertyValue("Name", TCIMValue("north"), TCIMContext());
+    ASSERT_TRUE(garage->AddToNamespace(TCIMContext()));
+    EXPECT_EQ(CBDeleteInstance(b, nullptr, pathIn(fRepository, "Fleet_Garage", "Name", "north")).rc,
+              CMPI_RC_ERR_NOT_SUPPORTED);
+    EXPECT_EQ(CBDeleteInstance(b, nullptr, pathIn(fUpcall, "Fleet_Garage", "Name", "south")).rc, CMPI_RC_ERR_FAILED);
+
+    // Another namespace that knows nothing of the fleet: nothing is found,
+    // however much the broker's own namespace would know.
+    boost::shared_ptr<ICIMNamespace> elsewhere =
+        NVURZENTA20::TRootObject::GetNamespaceProviderManager()->GetNamespaceProvider("inmem")->AllocateNamespace(
+            TCIMContext(), true);
+    EXPECT_EQ(CheckPath(nullptr, pathIn(elsewhere, "Fleet_Car", "Id", "car1")),
+              "enum=0:car1,car2,car3 names=0:car1,car2,car3 get=0 prop=null set=1 delete=1 " + kNoWalk);
 }
 
 TEST_F(Upcalls, AssociationWalksGoThroughTheAssociationProvider) {

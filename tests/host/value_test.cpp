@@ -8,6 +8,7 @@
 #include <ctime>
 #include <functional>
 #include <limits>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
@@ -216,7 +217,7 @@ TEST(Value, ArraySetTakesTheCountedElementsOfTheArrayTypeOrChangesNothing) {
     EXPECT_EQ(firstTwo.ToString(10), "1,2") << "a failed Set leaves the value as it was";
 }
 
-TEST(Value, ArraysCanBeRebuiltFromTheirOwnElementsAndCopiesShareNothing) {
+TEST(Value, ArraysCanBeRebuiltFromTheirOwnElementsAndCopiesNeverSeeEachOthersChanges) {
     TCIMValue array = MakeArray(TType::kString, {TCIMValue("a"), TCIMValue("b"), TCIMValue("c")});
     array.Set(TType(TType::kString), 2, Elements(array));
     EXPECT_EQ(array.ToString(10), "a,b");
@@ -228,6 +229,46 @@ TEST(Value, ArraysCanBeRebuiltFromTheirOwnElementsAndCopiesShareNothing) {
     const TCIMValue copy(numbers);
     Elements(numbers)[0].Set(static_cast<unsigned short>(8));
     EXPECT_EQ(copy.ToString(10), "1");
+}
+
+// Short text lives in the value, long text in a payload its copies share:
+// both must give back every byte, NULs included, and outlive the original.
+TEST(Value, TextOfEveryLengthSurvivesCopiesAndTheOriginalsEnd) {
+    for (std::size_t length : {0u, 1u, 12u, 13u, 14u, 15u, 16u, 200u}) {
+        std::string text(length, 'x');
+        for (std::size_t i = 0; i < length; ++i) text[i] = static_cast<char>('a' + i % 26);
+        if (length > 2) text[length / 2] = '\0';
+        std::unique_ptr<TCIMValue> original(new TCIMValue(text));
+        const TCIMValue copy(*original);
+        TCIMValue assigned(5);
+        assigned = *original;
+        original.reset();
+        for (const TCIMValue* value : {&copy, static_cast<const TCIMValue*>(&assigned)}) {
+            EXPECT_EQ(static_cast<std::string>(*value), text) << length;
+            EXPECT_EQ(value->ToString(10), text) << length;
+            EXPECT_EQ(*value, TCIMValue(text)) << length;
+        }
+        EXPECT_NE(copy, TCIMValue(text + "y")) << length;
+        assigned = static_cast<std::string>(assigned).substr(length / 3);  // from its own text
+        EXPECT_EQ(static_cast<std::string>(assigned), text.substr(length / 3)) << length;
+    }
+}
+
+TEST(Value, DateTimesKeepEveryFormTheyAreWrittenIn) {
+    const char* const texts[] = {"20070101100000.000000-000", "99991231235959.999999+999", "00000229000000.000000+000",
+                                 "********103000.******-060", "2024****000000.123***+000", "00000001020304.500000:000",
+                                 "99999999235959.999999:000", "********010203.******:000"};
+    for (const char* text : texts) {
+        const TCIMValue value{TCIMDateTime(text)};
+        EXPECT_EQ(value.ToString(10), text);
+        EXPECT_EQ(static_cast<TCIMDateTime>(value).ToString(), text);
+        EXPECT_EQ(value, TCIMValue(TCIMDateTime(text))) << text;
+        for (const char* other : texts) {
+            if (other != text) {
+                EXPECT_NE(value, TCIMValue(TCIMDateTime(other))) << text << " " << other;
+            }
+        }
+    }
 }
 
 TEST(Value, EqualityNeedsTheSameTypeShapeAndContents) {

@@ -90,6 +90,59 @@ TEST_F(HotPaths, OverridesTakeTheInheritedSlotAtEveryLevel) {
     EXPECT_EQ(static_cast<unsigned int>(instance->GetProperty("p39", NoContext())->GetValue()), 39u);
 }
 
+// Instances share what their class's declarations say, built once: every
+// later change of a declaration, a qualifier or an ancestor must show in the
+// instances made after it, and leave those made before as they were.
+TEST_F(HotPaths, WhatInstancesShareFollowsEveryChangeOfTheClassAndItsAncestors) {
+    boost::shared_ptr<ICIMClass> base = NewClass("Base");
+    boost::shared_ptr<ICIMPropertyDecl> id = base->AllocatePropertyDecl("Id", TCIMValue("none"), NoContext());
+    boost::shared_ptr<ICIMClass> leaf = NewClass("Leaf", base);
+    leaf->AllocatePropertyDecl("Size", TCIMValue(1u), NoContext());
+    const auto keys = [&] {
+        TNames names;
+        leaf->EnumerateKeyNames([&](const std::string* name) { names.push_back(*name); return true; }, NoContext());
+        return names;
+    };
+    boost::shared_ptr<ICIMInstance> before = leaf->AllocateInstance(NoContext());
+    EXPECT_EQ(keys(), TNames());
+
+    Qualify(*repository, *id, "Key", TCIMValue(true));
+    id->SetDefaultValue(TCIMValue("unnamed"));
+    base->AllocatePropertyDecl("Extra", TCIMValue(2u), NoContext());
+    EXPECT_EQ(keys(), TNames({"Id"}));
+    boost::shared_ptr<ICIMInstance> after = leaf->AllocateInstance(NoContext());
+    EXPECT_EQ(PropertyNames(*after), TNames({"Id", "Extra", "Size"}));
+    EXPECT_EQ(static_cast<std::string>(after->GetProperty("id", NoContext())->GetValue()), "unnamed");
+    EXPECT_EQ(PropertyNames(*before), TNames({"Id", "Size"}));
+    EXPECT_EQ(static_cast<std::string>(before->GetProperty("Id", NoContext())->GetValue()), "none");
+
+    id->GetQualifier("Key", NoContext())->SetValue(TCIMValue(false));
+    EXPECT_EQ(keys(), TNames()) << "a qualifier changed in place";
+    base->RemovePropertyDecl(id);
+    EXPECT_EQ(PropertyNames(*leaf->AllocateInstance(NoContext())), TNames({"Extra", "Size"}));
+    EXPECT_EQ(static_cast<std::string>(before->GetProperty("Id", NoContext())->GetValue()), "none");
+}
+
+// Property objects are views of their instance: they keep it alive, and
+// writes through them are checked as writes through the instance are.
+TEST_F(HotPaths, PropertiesOfAnInstanceKeepItAliveAndCheckTheirWrites) {
+    boost::shared_ptr<ICIMClass> cls = NewClass("Held");
+    cls->AllocatePropertyDecl("Count", TCIMValue(1u), NoContext());
+    boost::shared_ptr<ICIMInstance> instance = cls->AllocateInstance(NoContext());
+    boost::shared_ptr<ICIMProperty> count = instance->GetProperty("COUNT", NoContext());
+    instance->SetPropertyValue("count", TCIMValue(5u), NoContext());
+    boost::weak_ptr<ICIMInstance> watch = instance;
+    instance.reset();
+    ASSERT_FALSE(watch.expired());
+    EXPECT_EQ(static_cast<unsigned int>(count->GetValue()), 5u);
+    EXPECT_EQ(StatusOf([&] { count->SetValue(TCIMValue("five")); }), TZENTAStatusCode::kTypeMismatch);
+    count->SetValue(TCIMValue());
+    EXPECT_TRUE(count->GetValue().IsNull() && count->GetValue().GetType() == TCIMValue::TCIMType::kUint32);
+    EXPECT_EQ(count->GetDecl(), cls->GetPropertyDecl("Count", NoContext()));
+    count.reset();
+    EXPECT_TRUE(watch.expired());
+}
+
 TEST_F(HotPaths, AChildIsFiledOnceAndAGoneChildIsNeitherListedNorMistakenForANewOne) {
     boost::shared_ptr<ICIMClass> root = repository->GetClass("<root>", NoContext());
     boost::shared_ptr<ICIMClass> parent = NewClass("Parent");

@@ -119,7 +119,8 @@ struct TFakeProvider : IProvider {
 };
 
 // A provider namespace with the given providers that serves the classes and instances of a store of its
-// own and counts the class look-ups it gets; nothing else reaches a provider namespace through the manager.
+// own and counts the class and instance look-ups it gets; nothing else reaches a provider namespace through
+// the manager. It may refuse single instances, as providers that only enumerate do.
 class TFakeProviderNamespace : public ICIMNamespace {
 public:
     typedef boost::shared_ptr<ICIMQualifierDecl> TDecl;
@@ -129,13 +130,16 @@ public:
     }
     boost::shared_ptr<TInmemNamespace> Store() const { return fStore; }
     int ClassLookups() const { return fClassLookups; }
+    int InstanceLookups() const { return fInstanceLookups; }
+    void AnswerSingleInstances(bool answer) { fAnswersSingleInstances = answer; }
 
     TClassPtr GetClass(const std::string& name, TCIMContext context) override {
         ++fClassLookups;
         return fStore->GetClass(name, context);
     }
     boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference& path, TCIMContext context) const override {
-        return fStore->GetInstance(path, context);
+        ++fInstanceLookups;
+        return fAnswersSingleInstances ? fStore->GetInstance(path, context) : boost::shared_ptr<ICIMInstance>();
     }
     void EnumerateProviders(const TProviderCallback& callback, TCIMContext) override {
         for (std::size_t i = 0; i < fProviders.size() && callback(fProviders[i]); ++i) continue;
@@ -160,6 +164,8 @@ private:
     boost::shared_ptr<TInmemNamespace> fStore;
     std::vector<boost::shared_ptr<IProvider> > fProviders;
     int fClassLookups = 0;
+    mutable int fInstanceLookups = 0;
+    bool fAnswersSingleInstances = true;
 };
 
 }  // namespace inmemtest

@@ -189,9 +189,39 @@ TEST_F(Repository, PathsNeedEveryKeyAndResolveThroughTheirNamespace) {
     boost::weak_ptr<TInmemNamespace> watch = ns;
     ns.reset();
     base = middle = leaf = nullptr;
-    EXPECT_FALSE(watch.expired()) << "a path holds its namespace";
-    path.Clear();
-    EXPECT_TRUE(watch.expired()) << "and lets go of it when cleared";
+    EXPECT_TRUE(watch.expired()) << "a path names its namespace without holding it";
+    EXPECT_FALSE(path.GetNamespace());
+    EXPECT_FALSE(path.GetCIMElement(true));
+}
+
+// Paths stored in the repository name it: as defaults and as property
+// values, at any depth (a key of a key), they must not keep it alive.
+TEST_F(Repository, StoredPathsNeverKeepTheirNamespaceAlive) {
+    AddKey(*ns, *base, "Next", NullOf(T::kReference))->SetReferenceClassName("Base");
+    boost::shared_ptr<ICIMInstance> a = NewMiddle("a");
+    ASSERT_TRUE(a->AddToNamespace(NoContext()));
+    TCIMReference inner = a->GetReference(NoContext());
+    TCIMReference outer(ns, NoContext());
+    outer.SetClassName("Middle");
+    outer.AddKeyValue("Id", TCIMValue("b"));
+    outer.AddKeyValue("Next", TCIMValue(inner));
+    std::vector<TCIMValue> pair = {TCIMValue(outer), TCIMValue(inner)};
+    boost::shared_ptr<ICIMPropertyDecl> decl = leaf->AllocatePropertyDecl("Chain", TCIMValue(outer), NoContext());
+    decl->SetReferenceClassName("Middle");
+    TCIMValue array;
+    array.Set(T::kReference, 2, pair);
+    leaf->AllocatePropertyDecl("Chains", array, NoContext());
+    a->SetPropertyValue("Next", TCIMValue(outer), NoContext());
+    Qualify(*ns, *leaf, "Description", TCIMValue(outer.GetPath()));
+    const TCIMReference read = a->GetProperty("Next", NoContext())->GetValue();
+    EXPECT_EQ(read.GetNamespace(), ns) << "a stored path still names its namespace";
+    EXPECT_EQ(read.GetKeyValue("Next").GetReference().GetNamespace(), ns);
+
+    boost::weak_ptr<TInmemNamespace> watch = ns;
+    ns.reset();
+    base = middle = leaf = nullptr;
+    a.reset();
+    EXPECT_TRUE(watch.expired());
 }
 
 TEST_F(Repository, AssociationWalksFilterByAssociationResultClassAndRoles) {
