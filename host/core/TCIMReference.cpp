@@ -30,12 +30,17 @@ const boost::shared_ptr<void>& SelfOwner() {
 
 // --- writing ---------------------------------------------------------------
 
-void AppendQuoted(std::string& out, const std::string& text) {
+void AppendQuoted(std::string& out, std::string_view text) {
     out += '"';
-    for (char c : text) {
-        if (c == '"' || c == '\\') out += '\\';
-        out += c;
+    // Runs without a character to escape are copied whole.
+    std::size_t start = 0;
+    for (std::size_t at = text.find_first_of("\"\\"); at != std::string_view::npos;
+         at = text.find_first_of("\"\\", at + 1)) {
+        out.append(text.data() + start, at - start);
+        out += '\\';
+        start = at;
     }
+    out.append(text.data() + start, text.size() - start);
     out += '"';
 }
 
@@ -56,11 +61,13 @@ void AppendKeyValue(std::string& out, const TCIMValue& value) {
     if (value.IsNull() || value.IsArray()) {
         AppendQuoted(out, value.ToString(10));
     } else if (type == TType::kBoolean || type.IsInteger()) {
-        out += value.ToString(10);
+        value.AppendText(out);
     } else if (type.IsReal()) {
         AppendRealKey(out, value.ToString(10));
     } else if (type == TType::kReference) {
         AppendQuoted(out, EmbeddedPath(value.GetReference()));
+    } else if (type == TType::kString) {
+        AppendQuoted(out, value.GetStringView());
     } else {
         AppendQuoted(out, value.ToString(10));
     }
@@ -407,11 +414,15 @@ std::string TCIMReference::GetPath() const {
     std::string path(fClassName);
     for (std::size_t i = 0; i < fKeys.size(); ++i) {
         path += i == 0 ? '.' : ',';
-        path += fKeys[i].first;
-        path += '=';
-        AppendKeyValue(path, fKeys[i].second);
+        AppendKeyBinding(path, fKeys[i].first, fKeys[i].second);
     }
     return path;
+}
+
+void TCIMReference::AppendKeyBinding(std::string& out, const std::string& name, const TCIMValue& value) {
+    out += name;
+    out += '=';
+    AppendKeyValue(out, value);
 }
 
 // --- resolution ------------------------------------------------------------

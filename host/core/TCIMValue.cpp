@@ -470,6 +470,11 @@ std::string TCIMValue::ToString(unsigned char radix) const {
     return out;
 }
 
+std::string_view TCIMValue::GetStringView() const {
+    if (IsNull() || IsArray() || fType != TType::kString) return std::string_view();
+    return std::string_view(TextData(), TextLength());
+}
+
 void TCIMValue::AppendText(std::string& out) const {
     if (IsNull()) return;
     if (IsArray()) {

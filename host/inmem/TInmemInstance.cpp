@@ -80,6 +80,12 @@ boost::shared_ptr<ICIMProperty> TInmemInstance::PropertyAt(std::size_t slot) con
     return boost::shared_ptr<ICIMProperty>(owner, property);
 }
 
+std::size_t TInmemInstance::GetPropertyCount() const { return fLayout->Size(); }
+
+const std::string& TInmemInstance::GetPropertyName(std::size_t index) const { return fLayout->slots[index].name; }
+
+const TCIMValue& TInmemInstance::GetPropertyValue(std::size_t index) const { return fValues[index]; }
+
 bool TInmemInstance::Validate(TCIMContext) const {
     for (std::size_t key : fLayout->keys) {
         if (fValues[key].IsNull()) return false;

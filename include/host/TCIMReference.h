@@ -87,6 +87,10 @@ public:
     // Model path text "Class.Key1=\"v\",Key2=42": keys in ascending order
     // of name; strings, char16 and date-times quoted; references quoted as
     // their own path, prefixed by "namespace:" when they name a namespace.
+    // Appends one key binding as GetPath() writes it (NAME=value, strings
+    // quoted and escaped), so that a writer can build the text of a path
+    // from values it holds without making the path.
+    static void AppendKeyBinding(std::string& out, const std::string& name, const TCIMValue& value);
     std::string GetPath() const;
 
     // The class the path names, resolved through the path's own namespace

@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "TCIMChar16.h"
@@ -161,6 +162,13 @@ public:
     // the conversion to TCIMReference does.
     const TCIMReference& GetReference() const;
 
+    // What ToString(10) gives, appended to `out`: for writers that format
+    // many values into one text, without a string per value.
+    void AppendText(std::string& out) const;
+    // The characters of a string scalar, in place (valid while the value
+    // lives unchanged); an empty view for any other value.
+    std::string_view GetStringView() const;
+
     // Same type, same array-ness, same nullness and equal contents.
     bool operator==(const TCIMValue& other) const;
     bool operator!=(const TCIMValue& other) const { return !(*this == other); }
@@ -197,7 +205,6 @@ private:
     void RequireType(TCIMType::ECIMType type, const char* target) const;
     [[noreturn]] void ThrowMismatch(const char* target) const;
     std::string Describe() const;
-    void AppendText(std::string& out) const;
     bool SameContents(const TCIMValue& other) const;
     void Swap(TCIMValue& other) noexcept;
 

@@ -35,6 +35,14 @@ public:
 
     int GetKind() const { return fKind; }
 
+    // The properties in declaration order, read in place: for hosts that
+    // read every property of many instances. Names and values stay valid
+    // while the instance lives unchanged; instances of one class (as it is
+    // now) share their names, so equal name addresses mean the same order.
+    std::size_t GetPropertyCount() const;
+    const std::string& GetPropertyName(std::size_t index) const;
+    const TCIMValue& GetPropertyValue(std::size_t index) const;
+
     bool Validate(TCIMContext context) const override;
     bool AddToNamespace(TCIMContext context) override;
     void ModifyInstance(boost::shared_ptr<ICIMInstance> modified, TCIMContext context) override;

@@ -6,6 +6,7 @@
 #include "ICIMProperty.h"
 #include "ICIMPropertyDecl.h"
 #include "TCIMReference.h"
+#include "TInmemInstance.h"
 #include "TZENTAException.h"
 
 using namespace NVURZENTA20;
@@ -27,6 +28,11 @@ struct TInstanceRenderer::TShape {
     std::string className;
     std::vector<TSlot> slots;         // in declaration order
     std::vector<std::size_t> keySlots;  // in the class's key order
+    // How the properties of in-memory instances of the class map to the
+    // slots, and the address of their first name, which tells instances of
+    // the same layout.
+    const std::string* layoutNames = nullptr;
+    std::vector<std::size_t> slotOfIndex;
 
     std::size_t Find(const std::string& name) const {
         for (std::size_t i = 0; i < slots.size(); ++i) {
@@ -89,10 +95,28 @@ TInstanceRenderer::TShape& TInstanceRenderer::ShapeOf(ICIMInstance& instance) {
     return *fLastShape;
 }
 
+bool TInstanceRenderer::ReadValuesInPlace(ICIMInstance& instance, TShape& shape) {
+    const TInmemInstance* inmem = dynamic_cast<const TInmemInstance*>(&instance);
+    if (inmem == nullptr) return false;
+    const std::size_t count = inmem->GetPropertyCount();
+    const std::string* names = count == 0 ? nullptr : &inmem->GetPropertyName(0);
+    if (names != shape.layoutNames || shape.slotOfIndex.size() != count) {
+        shape.slotOfIndex.resize(count);
+        for (std::size_t i = 0; i < count; ++i) shape.slotOfIndex[i] = shape.Find(inmem->GetPropertyName(i));
+        shape.layoutNames = names;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t slot = shape.slotOfIndex[i];
+        if (slot < fValues.size()) fValues[slot] = &inmem->GetPropertyValue(i);
+    }
+    return true;
+}
+
 void TInstanceRenderer::ReadValues(ICIMInstance& instance, TShape& shape) {
     const std::size_t count = shape.slots.size();
-    fValues.resize(count);
-    fPresent.assign(count, false);
+    fValues.assign(count, nullptr);
+    if (ReadValuesInPlace(instance, shape)) return;
+    fCopies.resize(count);
     std::size_t next = 0;
     instance.EnumerateProperties(
         [&](boost::shared_ptr<ICIMProperty> property) {
@@ -101,8 +125,8 @@ void TInstanceRenderer::ReadValues(ICIMInstance& instance, TShape& shape) {
             // expected slot almost always matches.
             std::size_t slot = next < count && shape.slots[next].name == name ? next : shape.Find(name);
             if (slot < count) {
-                fValues[slot] = property->GetValue();
-                fPresent[slot] = true;
+                fCopies[slot] = property->GetValue();
+                fValues[slot] = &fCopies[slot];
                 next = slot + 1;
             }
             return true;
@@ -120,29 +144,34 @@ void TInstanceRenderer::ReadKeys(ICIMInstance& instance, TShape& shape) {
     }
 }
 
+void TInstanceRenderer::KeysFromValues(const TShape& shape) {
+    fKeys.resize(shape.keySlots.size());
+    for (std::size_t i = 0; i < shape.keySlots.size(); ++i) {
+        const std::size_t slot = shape.keySlots[i];
+        fKeys[i].first = shape.slots[slot].name;
+        fKeys[i].second = fValues[slot] != nullptr ? *fValues[slot] : TCIMValue();
+    }
+}
+
 void TInstanceRenderer::BuildPath(const TShape& shape) {
-    TCIMReference path;
-    path.SetClassName(shape.className);
-    for (const auto& key : fKeys) path.AddKeyValue(key.first, key.second);
-    fPathText = path.GetPath();
+    fPathText.assign(shape.className);
+    for (std::size_t i = 0; i < fKeys.size(); ++i) {
+        fPathText += i == 0 ? '.' : ',';
+        TCIMReference::AppendKeyBinding(fPathText, fKeys[i].first, fKeys[i].second);
+    }
 }
 
 void TInstanceRenderer::WriteInstance(ICIMInstance& instance) {
     TShape& shape = ShapeOf(instance);
     ReadValues(instance, shape);
-    fKeys.resize(shape.keySlots.size());
-    for (std::size_t i = 0; i < shape.keySlots.size(); ++i) {
-        const std::size_t slot = shape.keySlots[i];
-        fKeys[i].first = shape.slots[slot].name;
-        fKeys[i].second = fPresent[slot] ? fValues[slot] : TCIMValue();
-    }
+    KeysFromValues(shape);
     BuildPath(shape);
     fProperties.clear();
     for (std::size_t i = 0; i < shape.slots.size(); ++i) {
-        if (!shape.slots[i].selected || !fPresent[i]) continue;
+        if (!shape.slots[i].selected || fValues[i] == nullptr) continue;
         TPropertyView view;
         view.name = &shape.slots[i].name;
-        view.value = &fValues[i];
+        view.value = fValues[i];
         view.decl = shape.slots[i].decl.get();
         fProperties.push_back(view);
     }
@@ -159,7 +188,12 @@ void TInstanceRenderer::WriteInstance(ICIMInstance& instance) {
 
 void TInstanceRenderer::WritePath(ICIMInstance& instance) {
     TShape& shape = ShapeOf(instance);
-    ReadKeys(instance, shape);
+    fValues.assign(shape.slots.size(), nullptr);
+    if (ReadValuesInPlace(instance, shape)) {
+        KeysFromValues(shape);
+    } else {
+        ReadKeys(instance, shape);
+    }
     BuildPath(shape);
     TPathView view;
     view.className = &shape.className;

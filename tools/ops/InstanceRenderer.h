@@ -45,7 +45,10 @@ private:
     TShape& ShapeOf(NVURZENTA20::ICIMInstance& instance);
     TShape& BuildShape(const boost::shared_ptr<NVURZENTA20::ICIMClass>& cls);
     void ReadValues(NVURZENTA20::ICIMInstance& instance, TShape& shape);
+    // In place, from an in-memory instance; false for any other kind.
+    bool ReadValuesInPlace(NVURZENTA20::ICIMInstance& instance, TShape& shape);
     void ReadKeys(NVURZENTA20::ICIMInstance& instance, TShape& shape);
+    void KeysFromValues(const TShape& shape);
     void BuildPath(const TShape& shape);
 
     IAnswerWriter& fWriter;
@@ -54,8 +57,8 @@ private:
     TShape* fLastShape = nullptr;
 
     // Buffers of the instance being written.
-    std::vector<NVURZENTA20::TCIMValue> fValues;  // by slot
-    std::vector<bool> fPresent;                    // by slot
+    std::vector<const NVURZENTA20::TCIMValue*> fValues;  // by slot; null: the instance has none
+    std::vector<NVURZENTA20::TCIMValue> fCopies;         // the values of instances read through the interface
     TNamedValues fKeys;
     std::string fPathText;
     std::vector<TPropertyView> fProperties;

@@ -9,8 +9,26 @@
 using NVURZENTA20::TCIMValue;
 typedef TCIMValue::TCIMType TType;
 
-void TJsonEmitter::AppendEscaped(std::string& out, const std::string& text) {
+namespace {
+
+// Text that JSON takes as it is: printable ASCII but for '"' and '\\'.
+bool IsPlain(std::string_view text) {
+    for (const char ch : text) {
+        const unsigned char c = static_cast<unsigned char>(ch);
+        if (c < 0x20 || c >= 0x80 || c == '"' || c == '\\') return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+void TJsonEmitter::AppendEscaped(std::string& out, std::string_view text) {
     out += '"';
+    if (IsPlain(text)) {
+        out.append(text.data(), text.size());
+        out += '"';
+        return;
+    }
     AppendValidUtf8(out, text, [](std::string& escaped, unsigned char c) {
         switch (c) {
             case '"': escaped += "\\\""; break;
@@ -78,7 +96,7 @@ void TJsonEmitter::EndObject() { Close('}'); }
 void TJsonEmitter::BeginArray() { Open('[', false); }
 void TJsonEmitter::EndArray() { Close(']'); }
 
-void TJsonEmitter::String(const std::string& text) {
+void TJsonEmitter::String(std::string_view text) {
     BeforeValue();
     AppendEscaped(*fOut, text);
 }
@@ -133,6 +151,7 @@ void TJsonEmitter::Scalar(const TCIMValue& value) {
             return Number(text, end, true);
         }
     }
+    if (type == TType::kString) return String(value.GetStringView());
     String(value.ToString());
 }
 

@@ -7,6 +7,7 @@
 #define ZENTA_OPS_JSONEMITTER_H
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "TCIMValue.h"
@@ -26,7 +27,7 @@ public:
     // The name of the next member of the current object.
     void Key(const std::string& name);
 
-    void String(const std::string& text);
+    void String(std::string_view text);
     void Null();
     void Bool(bool value);
     void Signed(long long value);
@@ -37,7 +38,7 @@ public:
     // arrays.
     void Value(const NVURZENTA20::TCIMValue& value);
 
-    static void AppendEscaped(std::string& out, const std::string& text);
+    static void AppendEscaped(std::string& out, std::string_view text);
 
 private:
     struct TLevel {

@@ -13,12 +13,12 @@
 #include <cstdlib>
 #include <sstream>
 
+#include "SelfExecutable.h"
 #include "Worker.h"
 
 namespace {
 
 const char kProbeFlag[] = "--zenta-probe";
-const char kSelf[] = "/proc/self/exe";
 
 void Say(const std::string& line) {
     const std::string text = line + "\n";
@@ -34,10 +34,8 @@ std::size_t ProbeFrom(const std::vector<std::string>& paths, std::size_t first, 
         verdicts[first].problem = std::string("cannot probe: ") + std::strerror(errno);
         return first;
     }
-    char self[4096];
-    const ssize_t length = readlink(kSelf, self, sizeof(self) - 1);
-    self[length > 0 ? length : 0] = '\0';
-    std::vector<char*> arguments = {self, const_cast<char*>(kProbeFlag)};
+    std::string self = SelfExecutable();
+    std::vector<char*> arguments = {&self[0], const_cast<char*>(kProbeFlag)};
     for (std::size_t i = first; i < paths.size(); ++i) arguments.push_back(const_cast<char*>(paths[i].c_str()));
     arguments.push_back(nullptr);
     const pid_t parent = getpid();
@@ -49,7 +47,7 @@ std::size_t ProbeFrom(const std::vector<std::string>& paths, std::size_t first, 
         // The loader's complaints are the verdict's, not the user's screen's.
         const int null = open("/dev/null", O_WRONLY);
         if (null >= 0) dup2(null, STDERR_FILENO);
-        execv(kSelf, &arguments[0]);
+        execv(arguments[0], &arguments[0]);
         _exit(127);
     }
     close(output[1]);

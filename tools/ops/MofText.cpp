@@ -25,10 +25,17 @@ bool IsQuoted(TType type) {
 void AppendMofScalar(std::string& out, const TCIMValue& value) {
     if (value.IsNull()) {
         out += "NULL";
+    } else if (value.GetType() == TType::kString) {
+        AppendMofString(out, value.GetStringView());
     } else if (IsQuoted(value.GetType())) {
-        AppendMofString(out, value.ToString());
+        // Date-times, char16 and references are quoted from their text,
+        // made in a buffer that the next value reuses.
+        static thread_local std::string text;
+        text.clear();
+        value.AppendText(text);
+        AppendMofString(out, text);
     } else {
-        out += value.ToString();
+        value.AppendText(out);
     }
 }
 
@@ -127,26 +134,29 @@ std::string FlavorText(int flavor) {
 
 }  // namespace
 
-void AppendMofString(std::string& out, const std::string& text) {
+void AppendMofString(std::string& out, std::string_view text) {
     out += '"';
-    for (const char ch : text) {
-        const unsigned char c = static_cast<unsigned char>(ch);
+    // Runs of characters that need no escape are copied whole.
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const unsigned char c = static_cast<unsigned char>(text[i]);
+        if (c >= 0x20 && c != '"' && c != '\\' && c != 0x7F) continue;
+        out.append(text.data() + start, i - start);
+        start = i + 1;
         switch (c) {
             case '"': out += "\\\""; break;
             case '\\': out += "\\\\"; break;
             case '\n': out += "\\n"; break;
             case '\r': out += "\\r"; break;
             case '\t': out += "\\t"; break;
-            default:
-                if (c < 0x20 || c == 0x7F) {
-                    char escaped[8];
-                    std::snprintf(escaped, sizeof(escaped), "\\x%02X", c);
-                    out += escaped;
-                } else {
-                    out += ch;
-                }
+            default: {
+                char escaped[8];
+                std::snprintf(escaped, sizeof(escaped), "\\x%02X", c);
+                out += escaped;
+            }
         }
     }
+    out.append(text.data() + start, text.size() - start);
     out += '"';
 }
 

@@ -5,12 +5,13 @@
 #define ZENTA_OPS_MOFTEXT_H
 
 #include <string>
+#include <string_view>
 
 #include "Answer.h"
 #include "TCIMValue.h"
 
 // A string literal with MOF escapes.
-void AppendMofString(std::string& out, const std::string& text);
+void AppendMofString(std::string& out, std::string_view text);
 
 // A value as MOF writes it: NULL, TRUE/FALSE, numbers, quoted and escaped
 // strings (also char16, date-times and reference paths), {a, b} arrays.

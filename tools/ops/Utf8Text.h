@@ -4,9 +4,10 @@
 #define ZENTA_OPS_UTF8TEXT_H
 
 #include <string>
+#include <string_view>
 
 // The length of the valid UTF-8 sequence at `at`, or 0.
-inline std::size_t Utf8SequenceLength(const std::string& text, std::size_t at) {
+inline std::size_t Utf8SequenceLength(std::string_view text, std::size_t at) {
     const unsigned char lead = static_cast<unsigned char>(text[at]);
     std::size_t length;
     unsigned int minimum;
@@ -35,7 +36,7 @@ inline std::size_t Utf8SequenceLength(const std::string& text, std::size_t at) {
 // that is not part of one as U+FFFD, and each ASCII character through
 // `escape(out, character)`, which writes it as the format needs.
 template <class TEscape>
-void AppendValidUtf8(std::string& out, const std::string& text, TEscape escape) {
+void AppendValidUtf8(std::string& out, std::string_view text, TEscape escape) {
     for (std::size_t i = 0; i < text.size();) {
         const unsigned char c = static_cast<unsigned char>(text[i]);
         if (c < 0x80) {
@@ -48,7 +49,7 @@ void AppendValidUtf8(std::string& out, const std::string& text, TEscape escape) 
             out += "\xEF\xBF\xBD";
             ++i;
         } else {
-            out.append(text, i, length);
+            out.append(text.data() + i, length);
             i += length;
         }
     }

@@ -19,6 +19,7 @@
 #include "AnswerFormats.h"
 #include "ICoreLogger.h"
 #include "Operations.h"
+#include "SelfExecutable.h"
 #include "TAssertionFailure.h"
 #include "TRootObject.h"
 #include "TZENTAException.h"
@@ -30,7 +31,6 @@ using nlohmann::json;
 namespace {
 
 const char kWorkerFlag[] = "--zenta-worker";
-const char kSelf[] = "/proc/self/exe";
 // Blocks of the answer; a smaller answer travels whole at its end, so that
 // a failure before then reaches the caller as a clean error.
 const std::size_t kBlockSize = 64 * 1024;
@@ -223,12 +223,10 @@ TOutcome TWorker::Start(int timeoutSeconds) {
     }
     // Everything the child needs is made before the fork: between fork and
     // exec a threaded parent's child may only make plain system calls.
-    char self[4096];
-    const ssize_t length = readlink(kSelf, self, sizeof(self) - 1);
-    self[length > 0 ? length : 0] = '\0';
+    std::string self = SelfExecutable();
     std::string channelArgument = std::to_string(sockets[1]);
     std::string boardArgument = std::to_string(fBoard->GetDescriptor());
-    char* arguments[] = {self, const_cast<char*>(kWorkerFlag), &channelArgument[0], &boardArgument[0], nullptr};
+    char* arguments[] = {&self[0], const_cast<char*>(kWorkerFlag), &channelArgument[0], &boardArgument[0], nullptr};
     const int boardDescriptor = fBoard->GetDescriptor();
     const pid_t parent = getpid();
     const pid_t child = fork();
@@ -243,7 +241,7 @@ TOutcome TWorker::Start(int timeoutSeconds) {
         if (getppid() != parent) _exit(1);
         fcntl(sockets[1], F_SETFD, 0);
         fcntl(boardDescriptor, F_SETFD, 0);
-        execv(kSelf, arguments);
+        execv(arguments[0], arguments);
         _exit(127);
     }
     close(sockets[1]);
@@ -358,6 +356,7 @@ long TWorker::GetResidentKilobytes() const {
 }
 
 int RunWorkerIfAsked(int argc, char** argv) {
+    SelfExecutable();  // fixed now, before anything could change the directory
     if (argc != 4 || std::strcmp(argv[1], kWorkerFlag) != 0) return -1;
     return WorkerMain(std::atoi(argv[2]), std::atoi(argv[3]));
 }
