@@ -18,6 +18,7 @@
 
 #include "AnswerFormats.h"
 #include "ICoreLogger.h"
+#include "ModuleProbe.h"
 #include "Operations.h"
 #include "SelfExecutable.h"
 #include "TAssertionFailure.h"
@@ -353,6 +354,11 @@ long TWorker::GetResidentKilobytes() const {
     long resident = 0;
     if (!(statm >> pages >> resident)) return 0;
     return resident * (sysconf(_SC_PAGESIZE) / 1024);
+}
+
+int RunChildProcessIfAsked(int argc, char** argv) {
+    const int worker = RunWorkerIfAsked(argc, argv);
+    return worker >= 0 ? worker : RunProbeIfAsked(argc, argv);
 }
 
 int RunWorkerIfAsked(int argc, char** argv) {

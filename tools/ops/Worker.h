@@ -97,6 +97,10 @@ private:
 // was started as one, and -1 otherwise.
 int RunWorkerIfAsked(int argc, char** argv);
 
+// The same for every process a program of the tools starts from its own
+// executable: a worker or a module probe (ModuleProbe.h).
+int RunChildProcessIfAsked(int argc, char** argv);
+
 // "SIGSEGV" for SIGSEGV.
 std::string SignalName(int signal);
 

@@ -14,7 +14,6 @@
 #include <CLI/CLI.hpp>
 
 #include "Check.h"
-#include "ModuleProbe.h"
 #include "Request.h"
 #include "ServeOptionsCli.h"
 #include "ServedDirectory.h"
@@ -141,10 +140,8 @@ struct TVerb {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const int worker = RunWorkerIfAsked(argc, argv);
-    if (worker >= 0) return worker;
-    const int probe = RunProbeIfAsked(argc, argv);
-    if (probe >= 0) return probe;
+    const int child = RunChildProcessIfAsked(argc, argv);
+    if (child >= 0) return child;
     // A reader that goes away (zenta ... | head) is reported, not fatal.
     std::signal(SIGPIPE, SIG_IGN);
 

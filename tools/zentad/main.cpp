@@ -14,7 +14,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include "ModuleProbe.h"
 #include "ServeOptionsCli.h"
 #include "ServedDirectory.h"
 #include "Server.h"
@@ -162,10 +161,8 @@ int Serve(TDaemonOptions& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const int worker = RunWorkerIfAsked(argc, argv);
-    if (worker >= 0) return worker;
-    const int probe = RunProbeIfAsked(argc, argv);
-    if (probe >= 0) return probe;
+    const int child = RunChildProcessIfAsked(argc, argv);
+    if (child >= 0) return child;
     std::signal(SIGPIPE, SIG_IGN);
 
     CLI::App app("zentad: a WBEM server (CIM-XML over HTTP) for the CMPI providers of a ZENTA host", "zentad");
