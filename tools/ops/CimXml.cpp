@@ -63,7 +63,13 @@ void AppendScalarText(std::string& out, const TCIMValue& value) {
         out += static_cast<bool>(value) ? "TRUE" : "FALSE";
         return;
     }
-    AppendXmlEscaped(out, value.ToString());
+    if (type == TType::kString) return AppendXmlEscaped(out, value.GetStringView());
+    // Other text (date-times, reals, char16) is made in a buffer the next
+    // value reuses.
+    static thread_local std::string text;
+    text.clear();
+    value.AppendText(text);
+    AppendXmlEscaped(out, text);
 }
 
 const char* KeyValueType(TType type) {
@@ -74,19 +80,28 @@ const char* KeyValueType(TType type) {
 
 // True when every byte of `text` goes into XML as it is: printable ASCII
 // other than the markup characters. Most names and values are.
-bool IsPlainXml(const std::string& text) {
+struct TPlainXmlTable {
+    bool plain[256];
+    TPlainXmlTable() {
+        for (int c = 0; c < 256; ++c) {
+            plain[c] = c >= 0x20 && c < 0x7F && c != '&' && c != '<' && c != '>' && c != '"' && c != '\'';
+        }
+    }
+};
+const TPlainXmlTable kPlainXml;
+
+bool IsPlainXml(std::string_view text) {
     for (const char ch : text) {
-        const unsigned char c = static_cast<unsigned char>(ch);
-        if (c < 0x20 || c >= 0x7F || c == '&' || c == '<' || c == '>' || c == '"' || c == '\'') return false;
+        if (!kPlainXml.plain[static_cast<unsigned char>(ch)]) return false;
     }
     return true;
 }
 
 }  // namespace
 
-void AppendXmlEscaped(std::string& out, const std::string& text) {
+void AppendXmlEscaped(std::string& out, std::string_view text) {
     if (IsPlainXml(text)) {
-        out += text;
+        out.append(text.data(), text.size());
         return;
     }
     AppendValidUtf8(out, text, [](std::string& escaped, unsigned char c) {
@@ -177,9 +192,18 @@ void AppendNamespacePath(std::string& out, const std::string& host, const std::s
 }
 
 void AppendInstanceName(std::string& out, const std::string& className, const TNamedValues& keys) {
+    AppendInstanceNameOpening(out, className);
+    AppendKeyBindings(out, keys);
+    out += "</INSTANCENAME>";
+}
+
+void AppendInstanceNameOpening(std::string& out, const std::string& className) {
     out += "<INSTANCENAME";
     AppendXmlAttribute(out, "CLASSNAME", className);
     out += '>';
+}
+
+void AppendKeyBindings(std::string& out, const TNamedValues& keys) {
     for (const auto& key : keys) {
         out += "<KEYBINDING";
         AppendXmlAttribute(out, "NAME", key.first);
@@ -201,7 +225,6 @@ void AppendInstanceName(std::string& out, const std::string& className, const TN
         }
         out += "</KEYBINDING>";
     }
-    out += "</INSTANCENAME>";
 }
 
 void AppendInstancePath(std::string& out, const std::string& host, const std::string& nameSpace,

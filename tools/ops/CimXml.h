@@ -6,6 +6,7 @@
 #define ZENTA_OPS_CIMXML_H
 
 #include <string>
+#include <string_view>
 
 #include "Answer.h"
 #include "ICIMNamedElement.h"
@@ -16,7 +17,7 @@
 // entities, line ends and tabs character references (so that they survive
 // attribute normalisation), characters XML 1.0 cannot carry at all (other
 // control characters, invalid UTF-8) U+FFFD.
-void AppendXmlEscaped(std::string& out, const std::string& text);
+void AppendXmlEscaped(std::string& out, std::string_view text);
 
 // ` NAME="escaped value"`.
 void AppendXmlAttribute(std::string& out, const char* name, const std::string& value);
@@ -37,6 +38,10 @@ void AppendNamespacePath(std::string& out, const std::string& host, const std::s
 
 // <INSTANCENAME CLASSNAME=...> with one <KEYBINDING> per key.
 void AppendInstanceName(std::string& out, const std::string& className, const TNamedValues& keys);
+// Its parts, for a writer that keeps what depends on the class alone:
+// `<INSTANCENAME CLASSNAME="...">`, then the KEYBINDINGs.
+void AppendInstanceNameOpening(std::string& out, const std::string& className);
+void AppendKeyBindings(std::string& out, const TNamedValues& keys);
 // <INSTANCEPATH>: the instance name with the namespace path of `host`.
 void AppendInstancePath(std::string& out, const std::string& host, const std::string& nameSpace,
                         const std::string& className, const TNamedValues& keys);

@@ -174,14 +174,14 @@ const char* TCimXmlAnswer::EmbeddedObjectAttribute(const ICIMPropertyDecl* decl)
     return attribute;
 }
 
-void TCimXmlAnswer::AppendProperty(std::string& out, const TPropertyView& property, const TInstanceView& instance) {
+void TCimXmlAnswer::AppendPropertyOpening(std::string& out, const TPropertyView& property,
+                                          const TInstanceView& instance) {
     const TCIMValue& value = *property.value;
     const ICIMPropertyDecl* decl = property.decl;
     const TType type = decl != nullptr ? decl->GetType() : value.GetType();
     const bool isArray = decl != nullptr ? decl->IsArray() : value.IsArray();
-    const char* element = PropertyElement(type, isArray, false);
     out += '<';
-    out += element;
+    out += PropertyElement(type, isArray, false);
     AppendXmlAttribute(out, "NAME", *property.name);
     // The reference class is asked only of references: it is a string made per call.
     AppendTypeAttributes(out, type,
@@ -191,16 +191,62 @@ void TCimXmlAnswer::AppendProperty(std::string& out, const TPropertyView& proper
     if (type == TType::kString) out += EmbeddedObjectAttribute(decl);
     out += '>';
     if (instance.includeQualifiers && decl != nullptr) AppendQualifiers(out, *decl);
+}
+
+const TCimXmlAnswer::TPropertyTags& TCimXmlAnswer::TagsOf(const TPropertyView& property,
+                                                          const TInstanceView& instance) {
+    const auto matches = [&](const TPropertyTags& tags) {
+        return tags.decl == property.decl && tags.className == instance.className &&
+               tags.classNameText == *instance.className;
+    };
+    if (fNextTags < fTags.size() && matches(fTags[fNextTags])) return fTags[fNextTags++];
+    for (std::size_t i = 0; i < fTags.size(); ++i) {
+        if (!matches(fTags[i])) continue;
+        fNextTags = i + 1;
+        return fTags[i];
+    }
+    TPropertyTags tags;
+    tags.decl = property.decl;
+    tags.className = instance.className;
+    tags.classNameText = *instance.className;
+    AppendPropertyOpening(tags.opening, property, instance);
+    tags.element = PropertyElement(property.decl->GetType(), property.decl->IsArray(), false);
+    fTags.push_back(std::move(tags));
+    fNextTags = fTags.size();
+    return fTags.back();
+}
+
+void TCimXmlAnswer::AppendProperty(std::string& out, const TPropertyView& property, const TInstanceView& instance) {
+    const TCIMValue& value = *property.value;
+    const char* element = nullptr;
+    if (property.decl != nullptr) {
+        const TPropertyTags& tags = TagsOf(property, instance);
+        out += tags.opening;
+        element = tags.element;
+    } else {
+        AppendPropertyOpening(out, property, instance);
+        element = PropertyElement(value.GetType(), value.IsArray(), false);
+    }
     AppendCimXmlValue(out, value);
     out += "</";
     out += element;
     out += '>';
 }
 
+void TCimXmlAnswer::UpdateClassTags(const std::string* className) {
+    if (className == fTaggedClass && *className == fTaggedClassName) return;
+    fTaggedClass = className;
+    fTaggedClassName = *className;
+    fInstanceOpening = "<INSTANCE";
+    AppendXmlAttribute(fInstanceOpening, "CLASSNAME", *className);
+    fInstanceOpening += '>';
+    fNameOpening.clear();
+    AppendInstanceNameOpening(fNameOpening, *className);
+}
+
 void TCimXmlAnswer::AppendInstance(std::string& out, const TInstanceView& instance) {
-    out += "<INSTANCE";
-    AppendXmlAttribute(out, "CLASSNAME", *instance.className);
-    out += '>';
+    UpdateClassTags(instance.className);
+    out += fInstanceOpening;
     for (const TPropertyView& property : *instance.properties) AppendProperty(out, property, instance);
     out += "</INSTANCE>";
 }
@@ -216,7 +262,11 @@ void TCimXmlAnswer::Instance(const TInstanceView& instance) {
         out += "</VALUE.OBJECTWITHPATH>";
     } else {
         out += "<VALUE.NAMEDINSTANCE>";
-        AppendInstanceName(out, *instance.path.className, *instance.path.keys);
+        // The instance's path and the instance name one class.
+        UpdateClassTags(instance.className);
+        out += fNameOpening;
+        AppendKeyBindings(out, *instance.path.keys);
+        out += "</INSTANCENAME>";
         AppendInstance(out, instance);
         out += "</VALUE.NAMEDINSTANCE>";
     }

@@ -8,6 +8,7 @@
 #define ZENTA_OPS_CIMXMLANSWER_H
 
 #include <string>
+#include <vector>
 #include <unordered_map>
 
 #include "Answer.h"
@@ -34,8 +35,30 @@ public:
 private:
     void AppendInstance(std::string& out, const TInstanceView& instance);
     void AppendProperty(std::string& out, const TPropertyView& property, const TInstanceView& instance);
+    // `<PROPERTY NAME=... TYPE=...>` and the qualifiers asked for: what
+    // comes before the value.
+    void AppendPropertyOpening(std::string& out, const TPropertyView& property, const TInstanceView& instance);
     // ` EmbeddedObject="object"` for a string property that holds one.
     const char* EmbeddedObjectAttribute(const NVURZENTA20::ICIMPropertyDecl* decl);
+
+    // What a declared property writes around its value depends only on the
+    // declaration and the instance's class: made once per request.
+    struct TPropertyTags {
+        const NVURZENTA20::ICIMPropertyDecl* decl;
+        const std::string* className;
+        std::string classNameText;  // a view's strings may move between answers' elements
+        std::string opening;
+        const char* element;
+    };
+    const TPropertyTags& TagsOf(const TPropertyView& property, const TInstanceView& instance);
+
+    // `<INSTANCE CLASSNAME="...">` and `<INSTANCENAME CLASSNAME="...">` of
+    // the class the last instance had.
+    void UpdateClassTags(const std::string* className);
+    const std::string* fTaggedClass = nullptr;
+    std::string fTaggedClassName;
+    std::string fInstanceOpening;
+    std::string fNameOpening;
 
     TOutputBuffer& fOut;
     EVerb fVerb;
@@ -44,6 +67,8 @@ private:
     EAnswerKind fKind = EAnswerKind::kInstances;
     // Whether a declaration carries EmbeddedObject, asked once per request.
     std::unordered_map<const void*, const char*> fEmbedded;
+    std::vector<TPropertyTags> fTags;
+    std::size_t fNextTags = 0;  // properties come in the same order, instance after instance
 };
 
 // The host name that full paths name: this machine's.
