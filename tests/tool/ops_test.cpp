@@ -74,6 +74,29 @@ TEST(ProviderFailure, TheStatusLineAfterTheFailureLineGivesCodeAndMessage) {
     EXPECT_EQ(bare.status, 1);
     EXPECT_FALSE(FindProviderFailure(lines, "Q", "").found);
     EXPECT_FALSE(FindProviderFailure(lines, "P", "Echo").found) << "an enumeration is no method call";
+    EXPECT_EQ(FindProviderFailure(lines, "", "").provider, "Other") << "any provider's failure names it";
+}
+
+TEST(ProviderFailure, AWalkSkipsFarEndsThatHaveGoneButNotOtherFailures) {
+    const std::vector<TLogLine> gone = {
+        Line(3, "providerDriver::getInstance failed for P"),
+        Line(4, "providerDriver status 6 from P: no such process"),
+    };
+    EXPECT_TRUE(FindProviderFailure(gone, "", "").found);
+    EXPECT_FALSE(FindProviderFailure(gone, "", "", EMissingInstances::kSkipped).found);
+    std::vector<TLogLine> thenBroken = gone;
+    thenBroken.push_back(Line(3, "providerDriver::getInstance failed for Q"));
+    thenBroken.push_back(Line(4, "providerDriver status 1 from Q: disk gone"));
+    const TProviderFailure broken = FindProviderFailure(thenBroken, "", "", EMissingInstances::kSkipped);
+    EXPECT_TRUE(broken.found);
+    EXPECT_EQ(broken.provider, "Q");
+    EXPECT_EQ(broken.message, "disk gone");
+    // An enumeration that says "not found" is still the association's own failure.
+    const std::vector<TLogLine> listing = {
+        Line(3, "providerDriver::enumInstances failed for L"),
+        Line(4, "providerDriver status 6 from L: no system"),
+    };
+    EXPECT_TRUE(FindProviderFailure(listing, "", "", EMissingInstances::kSkipped).found);
 }
 
 TEST(NearestName, SuggestsOnlyLikelyTypos) {

@@ -27,6 +27,7 @@ const char kProviderQualifier[] = "PLUGINNAME";
 const char kEnumerationFailed[] = "providerDriver::enumInstances failed for ";
 const char kGetFailed[] = "providerDriver::getInstance failed for ";
 const char kMethodFailed[] = "providerDriver::invokeMethod ";
+const int kNotFoundStatus = 6;
 const char kStatusLine[] = "providerDriver status ";
 
 bool StartsWith(const std::string& text, const char* prefix, std::string& rest) {
@@ -101,17 +102,20 @@ std::string ProviderOf(const ICIMClass& cls) {
 }
 
 TProviderFailure FindProviderFailure(const std::vector<TLogLine>& lines, const std::string& provider,
-                                     const std::string& method) {
-    TProviderFailure failure;
+                                     const std::string& method, EMissingInstances missing) {
     for (std::size_t i = 0; i < lines.size(); ++i) {
         std::string subject;
         const std::string& text = lines[i].text;
+        bool isGet = false;
         const bool failed = method.empty()
-                                ? (StartsWith(text, kEnumerationFailed, subject) || StartsWith(text, kGetFailed, subject)) &&
+                                ? (StartsWith(text, kEnumerationFailed, subject) ||
+                                   (isGet = StartsWith(text, kGetFailed, subject))) &&
                                       (provider.empty() || subject == provider)
                                 : StartsWith(text, kMethodFailed, subject) && subject == method;
         if (!failed) continue;
+        TProviderFailure failure;
         failure.found = true;
+        failure.provider = method.empty() ? subject : provider;
         int code = 1;
         std::string from;
         std::string message;
@@ -120,9 +124,10 @@ TProviderFailure FindProviderFailure(const std::vector<TLogLine>& lines, const s
             failure.status = code;
             failure.message = message;
         }
+        if (isGet && missing == EMissingInstances::kSkipped && failure.status == kNotFoundStatus) continue;
         return failure;
     }
-    return failure;
+    return TProviderFailure();
 }
 
 TOperations::TOperations(THostSession& session, const TProviderIndex& providers, TActivityBoard* board,
@@ -169,11 +174,12 @@ std::string TOperations::ModuleOf(const std::string& provider) const {
     return module.empty() ? module : " (module " + module + ")";
 }
 
-void TOperations::CheckProvider(const std::string& subject, const std::string& provider, const std::string& method) {
-    const TProviderFailure failure = FindProviderFailure(fSession.GetLog().Collect(), provider, method);
+void TOperations::CheckProvider(const std::string& subject, const std::string& provider, const std::string& method,
+                                EMissingInstances missing) {
+    const TProviderFailure failure = FindProviderFailure(fSession.GetLog().Collect(), provider, method, missing);
     if (!failure.found) return;
-    std::string message = subject + ": provider " + provider;
-    if (!method.empty()) message = subject + ": method " + method + ": provider " + provider;
+    std::string message = subject + ": provider " + failure.provider;
+    if (!method.empty()) message = subject + ": method " + method + ": provider " + failure.provider;
     message += ": " + CimStatusName(failure.status);
     if (!failure.message.empty()) message += ": " + failure.message;
     // A provider's own code goes to the client; OK is no failure to report.
@@ -460,7 +466,9 @@ void TOperations::Associators(const TRequest& request, IAnswerWriter& writer, bo
         renderer.Writer(namesOnly),
         request.filter.assocClass, request.filter.resultClass, request.filter.role, request.filter.resultRole,
         TCIMContext());
-    CheckProvider("the associations of " + request.path, "");
+    // The walk asks for the far ends one by one; one that has gone since
+    // the association was listed (a process that ended) is left out.
+    CheckProvider("the associations of " + request.path, "", "", EMissingInstances::kSkipped);
     writer.End();
 }
 
@@ -472,7 +480,7 @@ void TOperations::References(const TRequest& request, IAnswerWriter& writer, boo
     source->EnumerateAssociationInstances(
         renderer.Writer(namesOnly),
         request.filter.resultClass, request.filter.role, TCIMContext());
-    CheckProvider("the references of " + request.path, "");
+    CheckProvider("the references of " + request.path, "", "", EMissingInstances::kSkipped);
     writer.End();
 }
 

@@ -23,6 +23,10 @@
 #include "Request.h"
 #include "TCIMReference.h"
 
+// Whether a get that found nothing counts as a failure: not in an
+// association walk, where the far ends may change under it.
+enum class EMissingInstances { kFailed, kSkipped };
+
 class TOperations {
 public:
     // `providers` and `board` may be empty/null: then messages name no
@@ -71,7 +75,8 @@ private:
     void CallProvider(const std::string& subject, const std::string& provider, const std::function<void()>& call);
     // Throws when the log shows that `provider` (or, for a method call,
     // `method`) failed since the last look.
-    void CheckProvider(const std::string& subject, const std::string& provider, const std::string& method = "");
+    void CheckProvider(const std::string& subject, const std::string& provider, const std::string& method = "",
+                       EMissingInstances missing = EMissingInstances::kFailed);
 
     THostSession& fSession;
     const TProviderIndex& fProviders;
@@ -87,11 +92,13 @@ std::string ProviderOf(const NVURZENTA20::ICIMClass& cls);
 struct TProviderFailure {
     bool found = false;
     int status = 1;
+    std::string provider;  // the one that failed
     std::string message;
 };
 // Looks through `lines` for the failure of `provider`'s enumeration or get
 // (`method` empty) or of its method `method`.
 TProviderFailure FindProviderFailure(const std::vector<TLogLine>& lines, const std::string& provider,
-                                     const std::string& method);
+                                     const std::string& method,
+                                     EMissingInstances missing = EMissingInstances::kFailed);
 
 #endif
