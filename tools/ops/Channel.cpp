@@ -45,9 +45,11 @@ bool TChannel::Send(EFrame kind, const char* data, std::size_t size) {
     return WriteAll(fDescriptor, header, sizeof(header)) && WriteAll(fDescriptor, data, size);
 }
 
-bool TChannel::Fill(std::size_t wanted, TDeadline deadline, bool& timedOut) {
-    char buffer[65536];
-    while (fPending.size() < wanted) {
+// Frames are read straight into where they go: a header, then the payload
+// into the caller's string, so an answer of many megabytes is not copied
+// through a buffer of our own on its way to the client.
+bool TChannel::ReadExactly(char* into, std::size_t size, TDeadline deadline, bool& timedOut) {
+    while (size > 0) {
         pollfd entry = {fDescriptor, POLLIN, 0};
         const int ready = poll(&entry, 1, MillisecondsUntil(deadline));
         if (ready < 0 && errno == EINTR) continue;
@@ -55,23 +57,24 @@ bool TChannel::Fill(std::size_t wanted, TDeadline deadline, bool& timedOut) {
             timedOut = true;
             return false;
         }
-        const ssize_t count = read(fDescriptor, buffer, sizeof(buffer));
+        const ssize_t count = read(fDescriptor, into, size);
         if (count < 0 && errno == EINTR) continue;
         if (count <= 0) return false;
-        fPending.append(buffer, static_cast<std::size_t>(count));
+        into += count;
+        size -= static_cast<std::size_t>(count);
     }
     return true;
 }
 
 TChannel::EReceived TChannel::Receive(EFrame& kind, std::string& payload, TDeadline deadline) {
     bool timedOut = false;
-    if (!Fill(kHeaderSize, deadline, timedOut)) return timedOut ? kTimedOut : kClosed;
+    char header[kHeaderSize];
+    if (!ReadExactly(header, sizeof(header), deadline, timedOut)) return timedOut ? kTimedOut : kClosed;
     std::uint32_t length = 0;
-    std::memcpy(&length, fPending.data(), sizeof(length));
+    std::memcpy(&length, header, sizeof(length));
     if (length > kMaximumFrame) return kClosed;
-    if (!Fill(kHeaderSize + length, deadline, timedOut)) return timedOut ? kTimedOut : kClosed;
-    kind = static_cast<EFrame>(fPending[4]);
-    payload.assign(fPending, kHeaderSize, length);
-    fPending.erase(0, kHeaderSize + length);
+    kind = static_cast<EFrame>(header[4]);
+    payload.resize(length);
+    if (!ReadExactly(&payload[0], length, deadline, timedOut)) return timedOut ? kTimedOut : kClosed;
     return kFrame;
 }

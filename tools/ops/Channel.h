@@ -33,16 +33,16 @@ public:
     bool Send(EFrame kind, const std::string& payload) { return Send(kind, payload.data(), payload.size()); }
 
     // Waits for the next frame until `deadline` (TDeadline::max(): no limit).
+    // After a time-out the channel is in the middle of a frame: drop it.
     EReceived Receive(EFrame& kind, std::string& payload, TDeadline deadline = TDeadline::max());
 
     // Frames larger than this are refused as garbage.
     static const std::size_t kMaximumFrame = 64 * 1024 * 1024;
 
 private:
-    bool Fill(std::size_t wanted, TDeadline deadline, bool& timedOut);
+    bool ReadExactly(char* into, std::size_t size, TDeadline deadline, bool& timedOut);
 
     int fDescriptor;
-    std::string fPending;  // bytes read past the last frame
 
     TChannel(const TChannel&) = delete;
     TChannel& operator=(const TChannel&) = delete;
