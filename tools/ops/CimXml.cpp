@@ -141,6 +141,12 @@ const char* CimXmlTypeName(TType type) {
     return code < sizeof(kNames) / sizeof(kNames[0]) ? kNames[code] : "";
 }
 
+bool IsPlainCimXmlScalar(const TCIMValue& value) {
+    return !value.IsNull() && !value.IsArray() && value.GetType() != TType::kReference;
+}
+
+void AppendCimXmlScalarText(std::string& out, const TCIMValue& value) { AppendScalarText(out, value); }
+
 void AppendCimXmlValue(std::string& out, const TCIMValue& value) {
     if (value.IsNull()) return;
     const bool isReference = value.GetType() == TType::kReference;

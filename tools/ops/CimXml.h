@@ -30,6 +30,10 @@ const char* CimXmlTypeName(NVURZENTA20::TCIMValue::TCIMType type);
 // <VALUE.ARRAY> (null elements as <VALUE.NULL/>), <VALUE.REFERENCE> or
 // <VALUE.REFARRAY>; nothing for a null value.
 void AppendCimXmlValue(std::string& out, const NVURZENTA20::TCIMValue& value);
+// True when `value` is written as one <VALUE> element.
+bool IsPlainCimXmlScalar(const NVURZENTA20::TCIMValue& value);
+// The text inside that <VALUE>, escaped.
+void AppendCimXmlScalarText(std::string& out, const NVURZENTA20::TCIMValue& value);
 
 // <LOCALNAMESPACEPATH> of "root/cimv2": one <NAMESPACE> per segment.
 void AppendLocalNamespacePath(std::string& out, const std::string& nameSpace);

@@ -210,7 +210,9 @@ const TCimXmlAnswer::TPropertyTags& TCimXmlAnswer::TagsOf(const TPropertyView& p
     tags.className = instance.className;
     tags.classNameText = *instance.className;
     AppendPropertyOpening(tags.opening, property, instance);
-    tags.element = PropertyElement(property.decl->GetType(), property.decl->IsArray(), false);
+    tags.closing = std::string("</") + PropertyElement(property.decl->GetType(), property.decl->IsArray(), false) + ">";
+    tags.openingWithValue = tags.opening + "<VALUE>";
+    tags.closingWithValue = "</VALUE>" + tags.closing;
     fTags.push_back(std::move(tags));
     fNextTags = fTags.size();
     return fTags.back();
@@ -218,19 +220,25 @@ const TCimXmlAnswer::TPropertyTags& TCimXmlAnswer::TagsOf(const TPropertyView& p
 
 void TCimXmlAnswer::AppendProperty(std::string& out, const TPropertyView& property, const TInstanceView& instance) {
     const TCIMValue& value = *property.value;
-    const char* element = nullptr;
-    if (property.decl != nullptr) {
-        const TPropertyTags& tags = TagsOf(property, instance);
-        out += tags.opening;
-        element = tags.element;
-    } else {
+    if (property.decl == nullptr) {
         AppendPropertyOpening(out, property, instance);
-        element = PropertyElement(value.GetType(), value.IsArray(), false);
+        AppendCimXmlValue(out, value);
+        out += "</";
+        out += PropertyElement(value.GetType(), value.IsArray(), false);
+        out += '>';
+        return;
     }
+    const TPropertyTags& tags = TagsOf(property, instance);
+    // Most values are one <VALUE>: its tags come with the property's.
+    if (IsPlainCimXmlScalar(value)) {
+        out += tags.openingWithValue;
+        AppendCimXmlScalarText(out, value);
+        out += tags.closingWithValue;
+        return;
+    }
+    out += tags.opening;
     AppendCimXmlValue(out, value);
-    out += "</";
-    out += element;
-    out += '>';
+    out += tags.closing;
 }
 
 void TCimXmlAnswer::UpdateClassTags(const std::string* className) {

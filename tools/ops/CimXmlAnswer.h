@@ -47,8 +47,10 @@ private:
         const NVURZENTA20::ICIMPropertyDecl* decl;
         const std::string* className;
         std::string classNameText;  // a view's strings may move between answers' elements
-        std::string opening;
-        const char* element;
+        std::string opening;           // <PROPERTY ...> and its qualifiers
+        std::string closing;           // </PROPERTY>
+        std::string openingWithValue;  // ...<VALUE>, for a scalar
+        std::string closingWithValue;  // </VALUE></PROPERTY>
     };
     const TPropertyTags& TagsOf(const TPropertyView& property, const TInstanceView& instance);
 
