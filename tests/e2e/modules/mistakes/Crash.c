@@ -5,14 +5,9 @@
 #include "cmpidt.h"
 #include "cmpift.h"
 #include "cmpimacs.h"
+#include "zentaProvider.h"
 
 static const CMPIBroker* crashBroker;
-
-static CMPIStatus Crash_Cleanup(CMPIInstanceMI* mi, const CMPIContext* ctx,
-                                CMPIBoolean terminating) { CMReturn(CMPI_RC_OK); }
-
-static CMPIStatus Crash_EnumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                          const CMPIObjectPath* ref) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
 
 static CMPIStatus Crash_EnumInstances(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
                                       const CMPIObjectPath* ref, const char** properties) {
@@ -27,19 +22,6 @@ static CMPIStatus Crash_GetInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, 
     CMReturn(CMPI_RC_OK);
 }
 
-static CMPIStatus Crash_CreateInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                       const CMPIObjectPath* ref,
-                                       const CMPIInstance* inst) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
-
-static CMPIStatus Crash_ModifyInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                       const CMPIObjectPath* ref, const CMPIInstance* inst,
-                                       const char** properties) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
-
-static CMPIStatus Crash_DeleteInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                       const CMPIObjectPath* ref) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
-
-static CMPIStatus Crash_ExecQuery(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                  const CMPIObjectPath* ref, const char* lang,
-                                  const char* query) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
+ZENTA_READ_ONLY_INSTANCE_MI(Crash_)
 
 CMInstanceMIStub(Crash_, Crash_ItemProvider, crashBroker, CMNoHook)

@@ -3,16 +3,11 @@
 #include "cmpidt.h"
 #include "cmpift.h"
 #include "cmpimacs.h"
+#include "zentaProvider.h"
 
 void zentaTestDefinedNowhere(void);
 
 static const CMPIBroker* undefinedBroker;
-
-static CMPIStatus Undefined_Cleanup(CMPIInstanceMI* mi, const CMPIContext* ctx,
-                                CMPIBoolean terminating) { CMReturn(CMPI_RC_OK); }
-
-static CMPIStatus Undefined_EnumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                          const CMPIObjectPath* ref) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
 
 static CMPIStatus Undefined_EnumInstances(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
                                       const CMPIObjectPath* ref, const char** properties) {
@@ -25,19 +20,6 @@ static CMPIStatus Undefined_GetInstance(CMPIInstanceMI* mi, const CMPIContext* c
     CMReturn(CMPI_RC_ERR_NOT_FOUND);
 }
 
-static CMPIStatus Undefined_CreateInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                       const CMPIObjectPath* ref,
-                                       const CMPIInstance* inst) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
-
-static CMPIStatus Undefined_ModifyInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                       const CMPIObjectPath* ref, const CMPIInstance* inst,
-                                       const char** properties) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
-
-static CMPIStatus Undefined_DeleteInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                       const CMPIObjectPath* ref) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
-
-static CMPIStatus Undefined_ExecQuery(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                  const CMPIObjectPath* ref, const char* lang,
-                                  const char* query) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
+ZENTA_READ_ONLY_INSTANCE_MI(Undefined_)
 
 CMInstanceMIStub(Undefined_, Undefined_ItemProvider, undefinedBroker, CMNoHook)
