@@ -196,8 +196,7 @@ void TCimXmlAnswer::AppendPropertyOpening(std::string& out, const TPropertyView&
 const TCimXmlAnswer::TPropertyTags& TCimXmlAnswer::TagsOf(const TPropertyView& property,
                                                           const TInstanceView& instance) {
     const auto matches = [&](const TPropertyTags& tags) {
-        return tags.decl == property.decl && tags.className == instance.className &&
-               tags.classNameText == *instance.className;
+        return tags.decl == property.decl && tags.className == *instance.className;
     };
     if (fNextTags < fTags.size() && matches(fTags[fNextTags])) return fTags[fNextTags++];
     for (std::size_t i = 0; i < fTags.size(); ++i) {
@@ -207,8 +206,7 @@ const TCimXmlAnswer::TPropertyTags& TCimXmlAnswer::TagsOf(const TPropertyView& p
     }
     TPropertyTags tags;
     tags.decl = property.decl;
-    tags.className = instance.className;
-    tags.classNameText = *instance.className;
+    tags.className = *instance.className;
     AppendPropertyOpening(tags.opening, property, instance);
     tags.closing = std::string("</") + PropertyElement(property.decl->GetType(), property.decl->IsArray(), false) + ">";
     tags.openingWithValue = tags.opening + "<VALUE>";
@@ -241,19 +239,18 @@ void TCimXmlAnswer::AppendProperty(std::string& out, const TPropertyView& proper
     out += tags.closing;
 }
 
-void TCimXmlAnswer::UpdateClassTags(const std::string* className) {
-    if (className == fTaggedClass && *className == fTaggedClassName) return;
-    fTaggedClass = className;
-    fTaggedClassName = *className;
+void TCimXmlAnswer::UpdateClassTags(const std::string& className) {
+    if (className == fTaggedClassName) return;
+    fTaggedClassName = className;
     fInstanceOpening = "<INSTANCE";
-    AppendXmlAttribute(fInstanceOpening, "CLASSNAME", *className);
+    AppendXmlAttribute(fInstanceOpening, "CLASSNAME", className);
     fInstanceOpening += '>';
     fNameOpening.clear();
-    AppendInstanceNameOpening(fNameOpening, *className);
+    AppendInstanceNameOpening(fNameOpening, className);
 }
 
 void TCimXmlAnswer::AppendInstance(std::string& out, const TInstanceView& instance) {
-    UpdateClassTags(instance.className);
+    UpdateClassTags(*instance.className);
     out += fInstanceOpening;
     for (const TPropertyView& property : *instance.properties) AppendProperty(out, property, instance);
     out += "</INSTANCE>";
@@ -271,7 +268,7 @@ void TCimXmlAnswer::Instance(const TInstanceView& instance) {
     } else {
         out += "<VALUE.NAMEDINSTANCE>";
         // The instance's path and the instance name one class.
-        UpdateClassTags(instance.className);
+        UpdateClassTags(*instance.className);
         out += fNameOpening;
         AppendKeyBindings(out, *instance.path.keys);
         out += "</INSTANCENAME>";

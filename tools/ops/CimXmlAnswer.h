@@ -45,8 +45,7 @@ private:
     // declaration and the instance's class: made once per request.
     struct TPropertyTags {
         const NVURZENTA20::ICIMPropertyDecl* decl;
-        const std::string* className;
-        std::string classNameText;  // a view's strings may move between answers' elements
+        std::string className;  // kept as text: a view's strings may move between elements
         std::string opening;           // <PROPERTY ...> and its qualifiers
         std::string closing;           // </PROPERTY>
         std::string openingWithValue;  // ...<VALUE>, for a scalar
@@ -56,8 +55,7 @@ private:
 
     // `<INSTANCE CLASSNAME="...">` and `<INSTANCENAME CLASSNAME="...">` of
     // the class the last instance had.
-    void UpdateClassTags(const std::string* className);
-    const std::string* fTaggedClass = nullptr;
+    void UpdateClassTags(const std::string& className);
     std::string fTaggedClassName;
     std::string fInstanceOpening;
     std::string fNameOpening;
