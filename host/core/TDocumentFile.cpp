@@ -38,11 +38,6 @@ const TDocumentLimits& DefaultDocumentLimits() {
     return limits;
 }
 
-bool DocumentExists(const std::string& path) {
-    struct stat info;
-    return ::stat(path.c_str(), &info) == 0;
-}
-
 bool ReadDocumentFile(const std::string& path, std::size_t maxBytes, std::string& text) {
     // O_NONBLOCK: opening a FIFO without a writer must not wait for one.
     // The type is checked on the open descriptor, so that what is checked

@@ -27,9 +27,6 @@ const TDocumentLimits& DefaultDocumentLimits();
 // larger than `maxBytes` or cannot be read.
 bool ReadDocumentFile(const std::string& path, std::size_t maxBytes, std::string& text);
 
-// True when `path` names a file (of any kind): a document that exists.
-bool DocumentExists(const std::string& path);
-
 }  // namespace NVURZENTA20
 
 #endif

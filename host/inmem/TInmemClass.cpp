@@ -230,10 +230,6 @@ TLayoutPtr TInmemClass::GetLayout() const {
     return layout;
 }
 
-std::vector<boost::shared_ptr<ICIMPropertyDecl> > TInmemClass::GetPropertyDecls() const {
-    return GetLayout()->decls;
-}
-
 std::vector<boost::shared_ptr<ICIMMethodDecl> > TInmemClass::GetMethodDecls() const {
     std::vector<boost::shared_ptr<ICIMMethodDecl> > inherited;
     if (fSuperClass) inherited = fSuperClass->GetMethodDecls();

@@ -105,8 +105,6 @@ public:
     void AddMethodDecl(boost::shared_ptr<ICIMMethodDecl> decl) override;
     void RemoveMethodDecl(boost::shared_ptr<ICIMMethodDecl> decl) override;
 
-    // Effective declarations (inherited ones first, overrides in place).
-    std::vector<boost::shared_ptr<ICIMPropertyDecl> > GetPropertyDecls() const;
     // What the instances of this class share: built once and again only
     // after a declaration or qualifier of any class has changed.
     TLayoutPtr GetLayout() const;
