@@ -10,6 +10,7 @@
 #include "CIMNames.h"
 #include "TCIMReference.h"
 #include "TZENTAException.h"
+#include "Utf8.h"
 
 namespace NVURZENTA20 {
 
@@ -27,22 +28,6 @@ TType::ECIMType WithoutArrayFlag(TType::ECIMType type) {
 }
 
 bool IsKnownType(TType::ECIMType type) { return static_cast<unsigned>(type) < kTypeCount; }
-
-// Code units that are halves of a surrogate pair are no character on their
-// own; they show as the replacement character.
-void AppendUtf8(std::string& out, unsigned codeUnit) {
-    if (codeUnit >= 0xD800 && codeUnit <= 0xDFFF) codeUnit = 0xFFFD;
-    if (codeUnit < 0x80) {
-        out += static_cast<char>(codeUnit);
-    } else if (codeUnit < 0x800) {
-        out += static_cast<char>(0xC0 | (codeUnit >> 6));
-        out += static_cast<char>(0x80 | (codeUnit & 0x3F));
-    } else {
-        out += static_cast<char>(0xE0 | (codeUnit >> 12));
-        out += static_cast<char>(0x80 | ((codeUnit >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (codeUnit & 0x3F));
-    }
-}
 
 // Integers in decimal and reals in the shortest text that reads back equal.
 template <class TNumber>

@@ -280,7 +280,7 @@ std::string FeatureForm(T type, bool isArray, const std::string& referenceClass)
     return TypeText(type, isArray) + " " + NameKey(referenceClass);
 }
 
-bool IsHostMark(const std::string& qualifier) { return NameKey(qualifier) == NameKey(kProviderQualifier); }
+bool IsHostMark(const std::string& qualifier) { return SameCIMName(qualifier, kProviderQualifier); }
 
 // The element's own qualifiers, not those it inherits, nor the host's mark.
 std::map<std::string, TQualifierShape> OwnQualifiers(const ICIMNamedElement& element) {

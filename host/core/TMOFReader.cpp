@@ -8,8 +8,10 @@
 
 #include <tao/pegtl.hpp>
 
+#include "CIMNames.h"
 #include "TRootObject.h"
 #include "TZENTAException.h"
+#include "Utf8.h"
 
 namespace NVURZENTA20 {
 
@@ -351,19 +353,6 @@ TFeaturePlan StartFeature(TReadState& state, const Input& in, T type, const std:
     return feature;
 }
 
-void AppendUtf8(std::string& out, unsigned int code) {
-    if (code < 0x80) {
-        out += static_cast<char>(code);
-    } else if (code < 0x800) {
-        out += static_cast<char>(0xC0 | (code >> 6));
-        out += static_cast<char>(0x80 | (code & 0x3F));
-    } else {
-        out += static_cast<char>(0xE0 | (code >> 12));
-        out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (code & 0x3F));
-    }
-}
-
 // Appends the characters of [begin, end) (what stands between the quotes
 // of a string or char16 literal) to `out`, with their escapes replaced.
 // Fails at `at` on the character 0, which no CIM text may hold.
@@ -388,7 +377,6 @@ void AppendUnescaped(const char* begin, const char* end, std::string& out, const
                     const char hex = *++c;
                     code = code * 16 + static_cast<unsigned int>(hex <= '9' ? hex - '0' : (hex | 0x20) - 'a' + 10);
                 }
-                if (code == 0) FailAt(at, "a string may not hold the character 0");
                 AppendUtf8(out, code);
                 break;
             }
@@ -739,8 +727,7 @@ void Include(TReadState& state, const std::string& name) {
 template <class Input>
 void TAction<pragma>::apply(const Input& in, TReadState& state) {
     (void)in;
-    const std::string name = NameKey(state.pragmaName);
-    if (name == "include") {
+    if (SameCIMName(state.pragmaName, "include")) {
         Include(state, state.pragmaParameters.empty() ? std::string() : state.pragmaParameters.front());
         return;
     }

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "CIMNames.h"
 #include "ICoreLogger.h"
 #include "TCIMXMLReader.h"
 #include "TDocumentDefiner.h"
@@ -56,7 +57,7 @@ const TRegisteredName kRegisteredNames[] = {
 
 bool IsRegisteredName(const TInstancePlan& instance, const TPropertyValuePlan& property) {
     for (const auto& name : kRegisteredNames) {
-        if (NameKey(instance.className) == NameKey(name.className) && NameKey(property.name) == NameKey(name.property)) {
+        if (SameCIMName(instance.className, name.className) && SameCIMName(property.name, name.property)) {
             return true;
         }
     }
@@ -83,9 +84,9 @@ void CheckRegisteredNames(const TDocumentPlan& plan) {
 
 void WarnOfSharedProviderNames(const boost::shared_ptr<ICIMNamespace>& ns, const TDocumentPlan& plan) {
     for (const auto& instance : plan.instances) {
-        if (NameKey(instance.className) != NameKey("PG_Provider")) continue;
+        if (!SameCIMName(instance.className, "PG_Provider")) continue;
         for (const auto& property : instance.properties) {
-            if (NameKey(property.name) != "name" || property.value.text.empty()) continue;
+            if (!SameCIMName(property.name, "Name") || property.value.text.empty()) continue;
             const TSourceLocation earlier = TDocumentMemory::RememberProvider(ns, property.value.text, property.at);
             if (!earlier.file) continue;
             TRootObject::GetCoreLogger()->Log(
@@ -98,7 +99,7 @@ void WarnOfSharedProviderNames(const boost::shared_ptr<ICIMNamespace>& ns, const
 
 bool EndsWith(const std::string& text, const char* suffix) {
     const std::string tail(suffix);
-    return text.size() >= tail.size() && NameKey(text.substr(text.size() - tail.size())) == tail;
+    return text.size() >= tail.size() && SameCIMName(text.substr(text.size() - tail.size()), tail);
 }
 
 std::vector<std::string> SchemaFiles(const std::string& directory) {
