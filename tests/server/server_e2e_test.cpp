@@ -8,8 +8,10 @@
 #include <atomic>
 #include <cmath>
 #include <cstdlib>
+#include <fstream>
 #include <map>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -29,6 +31,35 @@ const char kIntrinsicHead[] =
 const char kIntrinsicTail[] = "</SIMPLEREQ></MESSAGE></CIM>";
 const char kNamespacePath[] =
     "<LOCALNAMESPACEPATH><NAMESPACE NAME=\"root\"/><NAMESPACE NAME=\"cimv2\"/></LOCALNAMESPACEPATH>";
+
+// A file the Faulty provider adds a line to each time it starts to hang.
+class THangMarks {
+public:
+    THangMarks() {
+        char pattern[] = "/tmp/zentad-hangs-XXXXXX";
+        const int fd = mkstemp(pattern);
+        if (fd < 0) throw std::runtime_error("mkstemp");
+        close(fd);
+        fPath = pattern;
+    }
+    ~THangMarks() { unlink(fPath.c_str()); }
+    std::string Environment() const { return "FAULTY_HANG_MARKS=" + fPath; }
+
+    // Waits (two minutes at most) until `count` requests hang in a worker.
+    bool WaitFor(std::size_t count) const {
+        for (int tenths = 0; tenths < 1200; ++tenths) {
+            std::ifstream in(fPath);
+            std::size_t lines = 0;
+            for (std::string line; std::getline(in, line);) ++lines;
+            if (lines >= count) return true;
+            usleep(100000);
+        }
+        return false;
+    }
+
+private:
+    std::string fPath;
+};
 
 bool HaveClients() { return access(WBEMCLI, X_OK) == 0 && access(CURL, X_OK) == 0; }
 
@@ -505,16 +536,21 @@ TEST_F(FaultyProviders, ACrashOrAHangCostsOneRequestAndTheNextIsAnswered) {
 
 TEST(ServerLoad, RefusesWhatTheQueueCannotHoldWithServiceUnavailable) {
     REQUIRE_CLIENTS();
-    // One worker, one place in the queue: of three requests for a provider
-    // that hangs, one at least finds both taken, however they interleave.
+    // One worker, one place in the queue: once the worker hangs on the first
+    // of three requests, one of the other two finds both taken.
+    const THangMarks hangs;
     TZentad server({"--no-auth", "--providers", ZENTAD_TEST_MODULES, "--workers", "1", "--queue", "1",
-                    "--request-timeout", "2"});
+                    "--request-timeout", "5"},
+                   {hangs.Environment()});
     const std::string call = IntrinsicCall(
         "EnumerateInstanceNames", "<IPARAMVALUE NAME=\"ClassName\"><CLASSNAME NAME=\"Faulty_Hang\"/></IPARAMVALUE>");
     std::vector<THttpAnswer> answers(3);
     std::vector<std::thread> clients;
     for (THttpAnswer& answer : answers) {
         clients.emplace_back([&] { answer = Curl(server.Base() + "/cimom", call, CimHeaders("EnumerateInstanceNames")); });
+        if (clients.size() == 1) {
+            EXPECT_TRUE(hangs.WaitFor(1)) << server.Log();
+        }
     }
     for (std::thread& client : clients) client.join();
     int refused = 0;
@@ -616,12 +652,14 @@ TEST(ServerLifetime, EndsCleanlyWhenTheGraceRunsOutDuringAnAnswer) {
     // No grace, and a provider that hangs: the front stops at once while the
     // worker is still asked; the connection's last handlers are dropped with
     // the I/O side once the request has timed out.
-    TZentad server({"--no-auth", "--providers", ZENTAD_TEST_MODULES, "--shutdown-grace", "0", "--request-timeout", "3"});
+    const THangMarks hangs;
+    TZentad server({"--no-auth", "--providers", ZENTAD_TEST_MODULES, "--shutdown-grace", "0", "--request-timeout", "3"},
+                   {hangs.Environment()});
     const std::string call = IntrinsicCall(
         "EnumerateInstanceNames", "<IPARAMVALUE NAME=\"ClassName\"><CLASSNAME NAME=\"Faulty_Hang\"/></IPARAMVALUE>");
     THttpAnswer answer;
     std::thread client([&] { answer = Curl(server.Base() + "/cimom", call, CimHeaders("EnumerateInstanceNames")); });
-    sleep(1);
+    EXPECT_TRUE(hangs.WaitFor(1)) << server.Log();
     EXPECT_EQ(server.Stop(), 0) << server.Log();
     client.join();
     EXPECT_NE(server.Log().find("1 connections still open at shutdown"), std::string::npos) << server.Log();

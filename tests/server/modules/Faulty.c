@@ -4,7 +4,8 @@
  *                 than one block of the worker, so that it is streamed;
  *   Faulty_Late   as many, then a failure: an error found after streaming began;
  *   Faulty_Crash  a segmentation fault;
- *   Faulty_Hang   no answer at all. */
+ *   Faulty_Hang   no answer at all; when FAULTY_HANG_MARKS names a file, a
+ *                 line is added to it first, so a test knows the worker hangs. */
 #include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -18,6 +19,14 @@ static const CMPIBroker* broker;
 static unsigned countOfInstances(void) {
     const char* text = getenv("FAULTY_COUNT");
     return text != NULL && *text != '\0' ? (unsigned)strtoul(text, NULL, 10) : 3000u;
+}
+
+static void markHang(void) {
+    const char* path = getenv("FAULTY_HANG_MARKS");
+    FILE* marks = path != NULL ? fopen(path, "a") : NULL;
+    if (marks == NULL) return;
+    fputs("hang\n", marks);
+    fclose(marks);
 }
 
 static CMPIStatus returnItems(const CMPIResult* rslt, const char* ns, const char* cls, unsigned count) {
@@ -48,6 +57,7 @@ static CMPIStatus Faulty_EnumInstances(CMPIInstanceMI* mi, const CMPIContext* ct
     (void)mi; (void)ctx; (void)properties;
     if (strcmp(cls, "Faulty_Crash") == 0) raise(SIGSEGV);
     if (strcmp(cls, "Faulty_Hang") == 0) {
+        markHang();
         for (;;) pause();
     }
     rc = returnItems(rslt, ns, cls, countOfInstances());
