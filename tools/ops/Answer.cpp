@@ -4,5 +4,4 @@ void TOutputBuffer::Flush() {
     if (fText.empty()) return;
     fSink.Write(fText.data(), fText.size());
     fText.clear();
-    fPassed = true;
 }

@@ -30,7 +30,6 @@ public:
     }
 
     std::string& Text() { return fText; }
-    void Append(const char* text, std::size_t size) { fText.append(text, size); }
     void Append(const std::string& text) { fText += text; }
     void Append(char c) { fText += c; }
     // Passes the text on when the threshold is reached.
@@ -40,13 +39,11 @@ public:
     void Flush();
     // Forgets what has not been passed on yet.
     void Drop() { fText.clear(); }
-    bool HasPassedAnything() const { return fPassed; }
 
 private:
     IByteSink& fSink;
     std::size_t fThreshold;
     std::string fText;
-    bool fPassed = false;
 };
 
 typedef std::vector<std::pair<std::string, NVURZENTA20::TCIMValue> > TNamedValues;
@@ -106,7 +103,6 @@ struct TMethodView {
     // Declarations of the out parameters, by index of outParameters (null
     // when not found).
     std::vector<const NVURZENTA20::ICIMParameterDecl*> outDecls;
-    const NVURZENTA20::ICIMMethodDecl* decl = nullptr;
 };
 
 enum class EAnswerKind {

@@ -26,8 +26,6 @@ public:
     explicit TChannel(int descriptor) : fDescriptor(descriptor) {}
     ~TChannel();
 
-    int GetDescriptor() const { return fDescriptor; }
-
     // False when the other side is gone.
     bool Send(EFrame kind, const char* data, std::size_t size);
     bool Send(EFrame kind, const std::string& payload) { return Send(kind, payload.data(), payload.size()); }

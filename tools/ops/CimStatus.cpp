@@ -28,10 +28,3 @@ std::string CimStatusName(int code) {
     if (code >= 0 && code < kNameCount) return kNames[code];
     return "CIM_ERR_" + std::to_string(code);
 }
-
-int CimStatusFromName(const std::string& name) {
-    for (int code = 0; code < kNameCount; ++code) {
-        if (name == kNames[code]) return code;
-    }
-    return -1;
-}

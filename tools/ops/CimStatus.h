@@ -31,7 +31,4 @@ enum class ECimStatus : int {
 // ("CIM_ERR_100" for CMPI_RC_ERROR_SYSTEM, which has no CIM name).
 std::string CimStatusName(int code);
 
-// The code of a name CimStatusName gives, or -1.
-int CimStatusFromName(const std::string& name);
-
 #endif

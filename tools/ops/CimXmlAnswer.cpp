@@ -158,8 +158,6 @@ void TCimXmlAnswer::Class(const TClassView& view) {
 
 const char* TCimXmlAnswer::EmbeddedObjectAttribute(const ICIMPropertyDecl* decl) {
     if (decl == nullptr) return "";
-    const auto known = fEmbedded.find(decl);
-    if (known != fEmbedded.end()) return known->second;
     const char* attribute = "";
     for (const auto& qualifier : QualifiersOf(*decl)) {
         const TCIMValue value = qualifier->GetValue();
@@ -170,7 +168,6 @@ const char* TCimXmlAnswer::EmbeddedObjectAttribute(const ICIMPropertyDecl* decl)
             attribute = kEmbeddedInstance;
         }
     }
-    fEmbedded.emplace(decl, attribute);
     return attribute;
 }
 

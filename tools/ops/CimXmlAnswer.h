@@ -9,7 +9,6 @@
 
 #include <string>
 #include <vector>
-#include <unordered_map>
 
 #include "Answer.h"
 #include "Request.h"
@@ -65,8 +64,6 @@ private:
     std::string fHost;
     std::string fNameSpace;
     EAnswerKind fKind = EAnswerKind::kInstances;
-    // Whether a declaration carries EmbeddedObject, asked once per request.
-    std::unordered_map<const void*, const char*> fEmbedded;
     std::vector<TPropertyTags> fTags;
     std::size_t fNextTags = 0;  // properties come in the same order, instance after instance
 };

@@ -43,7 +43,6 @@ TClassContent SelectClassContent(const TClassView& view) {
     content.name = cls.GetName(TCIMContext());
     const boost::shared_ptr<ICIMClass> superClass = cls.GetSuperClass(TCIMContext());
     if (superClass) content.superClass = superClass->GetName(TCIMContext());
-    if (view.includeQualifiers) content.qualifiers = QualifiersOf(cls);
 
     std::vector<boost::shared_ptr<ICIMPropertyDecl> > properties;
     cls.EnumeratePropertyDecls(AppendTo(properties), TCIMContext());

@@ -15,7 +15,6 @@
 struct TClassContent {
     std::string name;
     std::string superClass;
-    std::vector<boost::shared_ptr<NVURZENTA20::ICIMQualifier> > qualifiers;
     std::vector<boost::shared_ptr<NVURZENTA20::ICIMPropertyDecl> > properties;
     std::vector<boost::shared_ptr<NVURZENTA20::ICIMMethodDecl> > methods;
 };

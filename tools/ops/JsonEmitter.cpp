@@ -78,10 +78,10 @@ void TJsonEmitter::Key(const std::string& name) {
     fAfterKey = true;
 }
 
-void TJsonEmitter::Open(char bracket, bool isObject) {
+void TJsonEmitter::Open(char bracket) {
     BeforeValue();
     *fOut += bracket;
-    fLevels.push_back(TLevel{isObject, true});
+    fLevels.push_back(TLevel{true});
 }
 
 void TJsonEmitter::Close(char bracket) {
@@ -91,9 +91,9 @@ void TJsonEmitter::Close(char bracket) {
     *fOut += bracket;
 }
 
-void TJsonEmitter::BeginObject() { Open('{', true); }
+void TJsonEmitter::BeginObject() { Open('{'); }
 void TJsonEmitter::EndObject() { Close('}'); }
-void TJsonEmitter::BeginArray() { Open('[', false); }
+void TJsonEmitter::BeginArray() { Open('['); }
 void TJsonEmitter::EndArray() { Close(']'); }
 
 void TJsonEmitter::String(std::string_view text) {

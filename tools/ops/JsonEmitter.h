@@ -16,10 +16,6 @@ class TJsonEmitter {
 public:
     explicit TJsonEmitter(std::string& out) : fOut(&out) {}
 
-    // The text the emitter appends to (the buffer may be swapped between
-    // elements, never inside one).
-    void SetOutput(std::string& out) { fOut = &out; }
-
     void BeginObject();
     void EndObject();
     void BeginArray();
@@ -42,13 +38,12 @@ public:
 
 private:
     struct TLevel {
-        bool isObject;
         bool isEmpty;
     };
 
     // Places the next value: after a key, or as the next array element.
     void BeforeValue();
-    void Open(char bracket, bool isObject);
+    void Open(char bracket);
     void Close(char bracket);
     void NewLine(std::size_t depth);
     void Scalar(const NVURZENTA20::TCIMValue& value);

@@ -116,8 +116,6 @@ std::set<std::string> KindsOf(const TElfFacts& elf, const std::string& provider)
 
 }  // namespace
 
-std::string TFinding::Format() const { return file.empty() ? text : file + ": " + text; }
-
 std::string TFinding::FormatIn(const std::string& directory) const {
     return file.empty() ? text : directory + "/" + file + ": " + text;
 }

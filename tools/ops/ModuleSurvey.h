@@ -26,9 +26,8 @@ struct TFinding {
     // Discovery skips it without a word: worth a warning on every request.
     bool silent = false;
 
-    // "FILE: text" ("text" for a finding that names its file itself).
-    std::string Format() const;
-    // The same with the file named by its path in `directory`.
+    // "FILE: text" ("text" for a finding that names its file itself), the
+    // file named by its path in `directory`.
     std::string FormatIn(const std::string& directory) const;
 };
 

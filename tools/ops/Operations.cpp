@@ -431,7 +431,6 @@ void TOperations::InvokeMethod(const TRequest& request, IAnswerWriter& writer) {
     TMethodView view;
     view.path = path.GetPath();
     view.method = method->GetName();
-    view.decl = method.get();
     if (path.GetKeyCount() == 0) {
         // A method reaches only a provider that has started, and providers
         // start on their first enumeration or get; what that enumeration

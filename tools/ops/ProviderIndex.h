@@ -26,7 +26,6 @@ public:
     // Null for a provider no module registers.
     const TProviderEntry* Find(const std::string& provider) const;
     bool Has(const std::string& provider, const char* kind) const;
-    bool Empty() const { return fEntries.empty(); }
 
     std::string Serialize() const;
     static TProviderIndex Deserialize(const std::string& text);

@@ -55,7 +55,6 @@ TProviderStaging::TProviderStaging(const std::string& providerDirectory, const s
     try {
         const std::string libraryName = fs::path(library).filename().string();
         Link(fs::absolute(library).string(), libraryName);
-        fLibraryLink = fDirectory + "/" + libraryName;
         std::error_code error;
         fs::directory_iterator entries(fs::absolute(providerDirectory), error);
         if (error) {

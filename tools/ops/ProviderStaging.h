@@ -37,8 +37,6 @@ public:
     ~TProviderStaging();
 
     const std::string& GetDirectory() const { return fDirectory; }
-    // The path to open the library by.
-    const std::string& GetLibraryLink() const { return fLibraryLink; }
 
 private:
     void Link(const std::string& target, const std::string& name);
@@ -48,7 +46,6 @@ private:
     bool StartReaper();
 
     std::string fDirectory;
-    std::string fLibraryLink;
     bool fReaped;  // the helper removes the directory, not the destructor
 
     TProviderStaging(const TProviderStaging&) = delete;

@@ -43,7 +43,6 @@ TServedDirectory::TServedDirectory(const TServeOptions& options, const TReport& 
     fSetup.providers = fSurvey.BuildIndex();
     fSetup.servedNamespace = options.servedNamespace;
     fSetup.claims = ClaimsOf(fSurvey);
-    fSetup.directory = fDirectory;
     for (const TFinding& finding : fSurvey.GetFindings()) {
         if (finding.silent) fSetup.warnings.push_back(finding.FormatIn(fDirectory));
     }

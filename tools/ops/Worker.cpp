@@ -49,6 +49,17 @@ std::string FailurePayload(ECimStatus status, const std::string& message) {
                                                                                 json::error_handler_t::replace);
 }
 
+// The outcome a failure frame tells; `payload` itself when it is no
+// FailurePayload.
+TOutcome OutcomeOfFailure(const std::string& payload, const char* unsaid) {
+    const json object = json::parse(payload, nullptr, false);
+    TOutcome outcome;
+    outcome.kind = TOutcome::kFailed;
+    outcome.status = static_cast<ECimStatus>(object.is_object() ? object.value("status", 1) : 1);
+    outcome.message = object.is_object() ? object.value("message", unsaid) : payload;
+    return outcome;
+}
+
 // The host's own failure codes, as a WBEM client understands them.
 ECimStatus StatusOfHostFailure(int code) {
     switch (code) {
@@ -112,7 +123,7 @@ void LogWarnings(const TWorkerSetup& setup, THostSession& session) {
     const boost::shared_ptr<ICoreLogger> logger = TRootObject::GetCoreLogger();
     for (const std::string& warning : setup.warnings) logger->Log(ICoreLogger::kWarning, warning);
     for (const TFinding& finding : CheckClaims(setup.claims, *session.GetManager(), setup.providers)) {
-        if (finding.silent) logger->Log(ICoreLogger::kWarning, finding.FormatIn(setup.directory));
+        if (finding.silent) logger->Log(ICoreLogger::kWarning, finding.FormatIn(setup.session.providerDirectory));
     }
 }
 
@@ -168,7 +179,6 @@ std::string TWorkerSetup::Serialize() const {
                          {"providers", providers.Serialize()},
                          {"warnings", warnings},
                          {"claims", ClaimsToJson(claims)},
-                         {"directory", directory},
                          {"servedNamespace", servedNamespace}};
     return object.dump(-1, ' ', false, json::error_handler_t::replace);
 }
@@ -184,7 +194,6 @@ TWorkerSetup TWorkerSetup::Deserialize(const std::string& text) {
     setup.providers = TProviderIndex::Deserialize(object.at("providers").get<std::string>());
     setup.warnings = object.at("warnings").get<std::vector<std::string> >();
     setup.claims = ClaimsFromJson(object.at("claims").get<std::string>());
-    setup.directory = object.at("directory").get<std::string>();
     setup.servedNamespace = object.at("servedNamespace").get<std::string>();
     return setup;
 }
@@ -259,11 +268,7 @@ TOutcome TWorker::Start(int timeoutSeconds) {
         case TChannel::kFrame: break;
     }
     if (kind == EFrame::kReady) return TOutcome();
-    TOutcome failed;
-    failed.kind = TOutcome::kFailed;
-    const json object = json::parse(payload, nullptr, false);
-    failed.status = ECimStatus::kFailed;
-    failed.message = object.is_object() ? object.value("message", "the worker failed to start") : payload;
+    const TOutcome failed = OutcomeOfFailure(payload, "the worker failed to start");
     Stop();
     return failed;
 }
@@ -281,31 +286,16 @@ TOutcome TWorker::Run(const TRequest& request, IByteSink& sink, int timeoutSecon
     std::string payload;
     for (;;) {
         switch (fChannel->Receive(kind, payload, deadline)) {
-            case TChannel::kTimedOut: {
-                TOutcome ended = Ended(TOutcome::kTimedOut);
-                ended.passedData = outcome.passedData;
-                return ended;
-            }
-            case TChannel::kClosed: {
-                TOutcome ended = Ended(TOutcome::kCrashed);
-                ended.passedData = outcome.passedData;
-                return ended;
-            }
+            case TChannel::kTimedOut: return Ended(TOutcome::kTimedOut);
+            case TChannel::kClosed: return Ended(TOutcome::kCrashed);
             case TChannel::kFrame: break;
         }
         switch (kind) {
             case EFrame::kData:
                 sink.Write(payload.data(), payload.size());
-                outcome.passedData = true;
                 break;
             case EFrame::kDone: return outcome;
-            case EFrame::kFailed: {
-                const json object = json::parse(payload, nullptr, false);
-                outcome.kind = TOutcome::kFailed;
-                outcome.status = static_cast<ECimStatus>(object.is_object() ? object.value("status", 1) : 1);
-                outcome.message = object.is_object() ? object.value("message", "") : payload;
-                return outcome;
-            }
+            case EFrame::kFailed: return OutcomeOfFailure(payload, "");
             default: return Ended(TOutcome::kCrashed);
         }
     }

@@ -31,7 +31,6 @@ struct TWorkerSetup {
     // The classes the registrations name, checked against the host's own
     // classes once it runs; what is wrong is logged as warnings too.
     std::vector<TClassClaim> claims;
-    std::string directory;  // the directory served, to name files in warnings
     std::string servedNamespace = "root/cimv2";
 
     std::string Serialize() const;
@@ -48,7 +47,6 @@ struct TOutcome {
     int signal = 0;                       // kCrashed: the signal, or 0 when the worker exited
     int exitStatus = 0;                   // kCrashed without a signal
     TActivity activity;                   // kCrashed, kTimedOut: what the worker was calling
-    bool passedData = false;              // part of the answer reached the sink
 
     bool Succeeded() const { return kind == kAnswered; }
     // One line for the user: the failure's message, or who crashed or hung
