@@ -152,6 +152,7 @@ TEST(Responses, HeaderValuesCannotEndTheHeader) {
     EXPECT_EQ(HeaderValue("plain text: 100"), "plain text: 100");
     EXPECT_EQ(HeaderValue("a\r\nSet-Cookie: x"), "a%0D%0ASet-Cookie: x");
     EXPECT_EQ(HeaderValue("50% \xC3\xA9"), "50%25 %C3%A9");
+    EXPECT_EQ(ChunkHead(300), "12c\r\n");
     EXPECT_EQ(LastChunkText({{"CIMStatusCode", "2"}}), "0\r\nCIMStatusCode: 2\r\n\r\n");
     EXPECT_EQ(HeadText(401, {{"WWW-Authenticate", "Basic realm=\"zentad\""}}),
               "HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"zentad\"\r\n\r\n");

@@ -32,9 +32,6 @@ using nlohmann::json;
 namespace {
 
 const char kWorkerFlag[] = "--zenta-worker";
-// Blocks of the answer; a smaller answer travels whole at its end, so that
-// a failure before then reaches the caller as a clean error.
-const std::size_t kBlockSize = 64 * 1024;
 // How long a worker whose channel closed may take to end (sanitizers check
 // for leaks at exit) before it is killed.
 const int kGraceSeconds = 30;
@@ -94,7 +91,7 @@ private:
 // with what went wrong (a failed request's unsent text is dropped).
 void Answer(TOperations& operations, const TRequest& request, TChannel& channel, const std::string& servedNamespace) {
     TChannelSink sink(channel);
-    TOutputBuffer buffer(sink, kBlockSize);
+    TOutputBuffer buffer(sink, kWorkerBlockBytes);
     ECimStatus status = ECimStatus::kFailed;
     std::string message;
     try {

@@ -37,6 +37,11 @@ struct TWorkerSetup {
     static TWorkerSetup Deserialize(const std::string& text);
 };
 
+// The worker passes an answer on in blocks of this size; a smaller answer
+// travels whole at its end, so that a failure before then reaches the
+// caller as a clean error.
+const std::size_t kWorkerBlockBytes = 64 * 1024;
+
 // How a request (or a worker's start) ended.
 struct TOutcome {
     enum EKind { kAnswered, kFailed, kCrashed, kTimedOut };

@@ -78,10 +78,10 @@ std::string HeaderValue(const std::string& text) {
     return value;
 }
 
-std::string ChunkText(const std::string& data) {
-    char size[20];
-    std::snprintf(size, sizeof(size), "%zx\r\n", data.size());
-    return size + data + "\r\n";
+std::string ChunkHead(std::size_t size) {
+    char head[24];
+    std::snprintf(head, sizeof(head), "%zx\r\n", size);
+    return head;
 }
 
 std::string LastChunkText(const THeaderFields& trailers) {

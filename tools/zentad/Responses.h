@@ -4,6 +4,7 @@
 #ifndef ZENTA_ZENTAD_RESPONSES_H
 #define ZENTA_ZENTAD_RESPONSES_H
 
+#include <cstddef>
 #include <string>
 #include <utility>
 #include <vector>
@@ -29,8 +30,9 @@ std::string HeadText(int status, const THeaderFields& fields);
 // header or start another.
 std::string HeaderValue(const std::string& text);
 
-// One piece of a chunked body, and the last one with trailer fields.
-std::string ChunkText(const std::string& data);
+// The size line of a chunk of `size` bytes, and the last chunk with
+// trailer fields.
+std::string ChunkHead(std::size_t size);
 std::string LastChunkText(const THeaderFields& trailers);
 
 #endif

@@ -342,11 +342,6 @@ public:
     }
 
 private:
-    // The worker's block size (Worker.cpp). Were it ever larger, answers
-    // between the two sizes would be streamed: still whole, only without a
-    // length.
-    static const std::size_t kWorkerBlockBytes = 64 * 1024;
-
     void StartStream() {
         if (fStreaming) return;
         fStreaming = true;
@@ -364,10 +359,8 @@ private:
         if (fGone) return false;
         bool sent;
         if (fSession.fChunked) {
-            char length[24];
-            std::snprintf(length, sizeof(length), "%zx\r\n", size);
-            sent = fSession.WriteAndWait(
-                {net::buffer(length, std::strlen(length)), net::buffer(data, size), net::buffer("\r\n", 2)});
+            const std::string head = ChunkHead(size);
+            sent = fSession.WriteAndWait({net::buffer(head), net::buffer(data, size), net::buffer("\r\n", 2)});
         } else {
             sent = fSession.WriteAndWait({net::buffer(data, size)});
         }
@@ -439,13 +432,19 @@ bool TSession<TStream>::WriteAndWait(const std::vector<net::const_buffer>& buffe
     // front's time in a large answer. TLS keeps its state in the stream and
     // goes through the I/O side.
     if (!TTransport<TStream>::kSecure) return WriteDirectly(buffers);
+    // The bytes are copied into the handler's own string: should the wait
+    // below give up, the write may still run after the caller's buffers are
+    // gone.
+    auto bytes = std::make_shared<std::string>();
+    bytes->reserve(net::buffer_size(buffers));
+    for (const net::const_buffer& buffer : buffers) bytes->append(static_cast<const char*>(buffer.data()), buffer.size());
     auto done = std::make_shared<std::promise<beast::error_code> >();
     std::future<beast::error_code> result = done->get_future();
     auto self = this->shared_from_this();
-    net::post(Lowest().get_executor(), [self, done, &buffers] {
+    net::post(Lowest().get_executor(), [self, done, bytes] {
         self->Lowest().expires_after(self->Seconds(self->fShared.options.writeTimeoutSeconds));
-        net::async_write(self->fStream, buffers,
-                         [done](beast::error_code error, std::size_t) { done->set_value(error); });
+        net::async_write(self->fStream, net::buffer(*bytes),
+                         [done, bytes](beast::error_code error, std::size_t) { done->set_value(error); });
     });
     // The I/O side gives up on a stalled client after the write timeout;
     // waiting longer covers a server that stopped running its I/O.

@@ -30,11 +30,6 @@ void TWorkerPool::Stop() {
     fThreads.clear();
 }
 
-unsigned TWorkerPool::GetRestarts() const {
-    std::lock_guard<std::mutex> lock(fMutex);
-    return fRestarts;
-}
-
 bool TWorkerPool::EnsureRunning(TWorker& worker, long& baselineKilobytes, unsigned index) {
     if (worker.IsRunning()) return true;
     const TOutcome started = worker.Start(fOptions.startTimeoutSeconds);
@@ -59,10 +54,6 @@ void TWorkerPool::RecycleIfWorn(TWorker& worker, long& baselineKilobytes, unsign
     }
     if (reason.empty()) return;
     worker.Stop();
-    {
-        std::lock_guard<std::mutex> lock(fMutex);
-        ++fRestarts;
-    }
     fReport("worker " + std::to_string(index) + " replaced: " + reason);
     // The next request should not wait for the new host to start.
     EnsureRunning(worker, baselineKilobytes, index);

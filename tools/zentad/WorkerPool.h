@@ -42,8 +42,6 @@ public:
     // Runs what is queued, then stops every worker and joins the threads.
     void Stop();
 
-    unsigned GetRestarts() const;
-
 private:
     void Serve(unsigned index);
     // Starts `worker` if it does not run; false (and reported) when it cannot.
@@ -53,11 +51,10 @@ private:
     TWorkerSetup fSetup;
     TPoolOptions fOptions;
     TReport fReport;
-    mutable std::mutex fMutex;
+    std::mutex fMutex;
     std::condition_variable fWake;
     std::deque<TJob> fQueue;
     bool fStopping = false;
-    unsigned fRestarts = 0;
     std::vector<std::thread> fThreads;
 };
 
