@@ -176,8 +176,7 @@ CMPIStatus instSetProperty(const CMPIInstance* record, const char* name, const C
 // The path is a registered copy of the instance's reference.
 CMPIObjectPath* instGetObjectPath(const CMPIInstance* record, CMPIStatus* rc)
 {
-    CMPIObjectPath* path = newOwningObjectPath();
-    *static_cast<TCIMReference*>(path->hdl) = cmpiInstanceOf(record)->GetReference(TCIMContext());
+    CMPIObjectPath* path = newOwningObjectPath(cmpiInstanceOf(record)->GetReference(TCIMContext()));
     CMPINSPInstanceRegistry::GetRegistrySingleton()->RegisterObjectPath(path);
     setStatus(rc, CMPI_RC_OK);
     return path;

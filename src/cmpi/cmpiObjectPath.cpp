@@ -20,18 +20,30 @@ CMPIObjectPath* ref2CMPIObjectPath(const TCIMReference& ref)
 namespace {
 
 struct TOwningObjectPath {
+    TOwningObjectPath() = default;
+    explicit TOwningObjectPath(const TCIMReference& from) : reference(from) {}
+
     CMPIObjectPath record;
     TCIMReference reference;
 };
+
+CMPIObjectPath* Finish(TOwningObjectPath* made)
+{
+    made->record.hdl = &made->reference;
+    made->record.ft = cmpiObjectPathFt;
+    return &made->record;
+}
 
 }  // namespace
 
 CMPIObjectPath* newOwningObjectPath()
 {
-    TOwningObjectPath* made = new TOwningObjectPath;
-    made->record.hdl = &made->reference;
-    made->record.ft = cmpiObjectPathFt;
-    return &made->record;
+    return Finish(new TOwningObjectPath);
+}
+
+CMPIObjectPath* newOwningObjectPath(const TCIMReference& from)
+{
+    return Finish(new TOwningObjectPath(from));
 }
 
 void deleteOwningObjectPath(CMPIObjectPath* path)

@@ -19,6 +19,8 @@ CMPIObjectPath* ref2CMPIObjectPath(const NVURZENTA20::TCIMReference& ref);
 // in one allocation with it (the factory makes one for every path a
 // provider asks for).
 CMPIObjectPath* newOwningObjectPath();
+// The same holding a copy of `from`.
+CMPIObjectPath* newOwningObjectPath(const NVURZENTA20::TCIMReference& from);
 
 // Frees a record made by newOwningObjectPath: clears its reference and
 // frees both.

@@ -182,8 +182,7 @@ CMPIrc scalarToCMPI(const TCIMValue& value, CMPIType type, CMPIValue& out)
         out.string = string2CMPIString(value.IsNull() ? std::string() : value.operator std::string());
         return CMPI_RC_OK;
     case CMPI_ref:
-        out.ref = newOwningObjectPath();
-        *static_cast<TCIMReference*>(out.ref->hdl) = value.GetReference();
+        out.ref = newOwningObjectPath(value.GetReference());
         return CMPI_RC_OK;
     case CMPI_dateTime:
         out.dateTime = newDatelessDateTimeRecord(value.IsNull() ? std::string(kDefaultDateTimeText)
