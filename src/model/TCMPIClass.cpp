@@ -200,11 +200,7 @@ std::string TCMPIClass::GetPluginName() const {
 }
 
 boost::shared_ptr<TCMPIProvider> TCMPIClass::FindProvider(const std::string& pluginName) const {
-    TCMPINamespace::TProviderList& providers = GetCMPINamespace()->GetProvidersContainer();
-    for (std::size_t i = 0; i < providers.size(); ++i) {
-        if (providers[i]->HasName(pluginName)) return providers[i];
-    }
-    return boost::shared_ptr<TCMPIProvider>();
+    return GetCMPINamespace()->SearchForPluginByName(pluginName);
 }
 
 // Providers start on the first request that needs them.

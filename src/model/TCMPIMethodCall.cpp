@@ -22,7 +22,7 @@ boost::shared_ptr<TCMPIProvider> TCMPIMethodCall::FindStartedProvider() const {
     std::string pluginName = tag->GetValue();
     TCMPINamespace::TProviderList& providers = fClass->GetCMPINamespace()->GetProvidersContainer();
     for (std::size_t i = 0; i < providers.size(); ++i) {
-        if (providers[i]->GetName(TCIMContext()) == pluginName && providers[i]->IsInitialized()) {
+        if (providers[i]->HasName(pluginName) && providers[i]->IsInitialized()) {
             return providers[i];
         }
     }

@@ -198,7 +198,7 @@ void TCMPINamespace::InitializeProvider(boost::shared_ptr<TCMPIProvider> provide
 
 boost::shared_ptr<TCMPIProvider> TCMPINamespace::SearchForPluginByName(std::string name) {
     for (std::size_t i = 0; i < fProviders.size(); ++i) {
-        if (fProviders[i]->GetName(TCIMContext()) == name) return fProviders[i];
+        if (fProviders[i]->HasName(name)) return fProviders[i];
     }
     return boost::shared_ptr<TCMPIProvider>();
 }
