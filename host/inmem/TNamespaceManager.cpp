@@ -12,13 +12,10 @@ namespace {
 
 // The origin of a request: the "nspID" string of its context, "" for a
 // plain request.
-std::string RequestOrigin(const TCIMContext& context) {
+bool HasRequestOrigin(const TCIMContext& context) {
     auto found = context.find(TNamespaceManager::kOriginKey);
-    if (found == context.end() || found->second.IsNull() || found->second.IsArray() ||
-        found->second.GetType() != TCIMValue::TCIMType::kString) {
-        return std::string();
-    }
-    return found->second;
+    return found != context.end() && !found->second.IsNull() && !found->second.IsArray() &&
+           found->second.GetType() == TCIMValue::TCIMType::kString && !found->second.GetStringView().empty();
 }
 
 const char* const kRootClassName = "<root>";
@@ -201,7 +198,9 @@ boost::shared_ptr<ICIMNamespace> TNamespaceManager::GetServingNamespace(const st
 // The provider namespace's class is kept only for requests whose context
 // holds nothing but their origin: another entry might change its answer.
 boost::shared_ptr<ICIMClass> TNamespaceManager::GetClass(const std::string& name, TCIMContext context) {
-    if (RequestOrigin(context).empty() || name == kRootClassName) return fRepository->GetClass(name, context);
+    if (!HasRequestOrigin(context) || name == kRootClassName) return fRepository->GetClass(name, context);
+    // A context of the origin alone (the usual provider request) is answered
+    // from a known route under one lock, without making the plain context.
     if (context.size() == 1) {
         std::lock_guard<std::mutex> lock(fRoutesLock);
         const TRoutePtr known = KnownRoute(name, SchemaGeneration());
@@ -263,7 +262,7 @@ void TNamespaceManager::Subscribe(boost::shared_ptr<ICIMIndicationFilter> filter
 }
 
 boost::shared_ptr<ICIMInstance> TNamespaceManager::GetInstance(const TCIMReference& path, TCIMContext context) const {
-    if (RequestOrigin(context).empty() && RequestOrigin(path.GetContext()).empty()) {
+    if (!HasRequestOrigin(context) && !HasRequestOrigin(path.GetContext())) {
         return fRepository->GetInstance(path, context);
     }
     const TCIMContext plain = PlainContext(context);
