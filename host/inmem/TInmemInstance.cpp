@@ -124,8 +124,13 @@ void TInmemInstance::Delete(TCIMContext) {
     fClass->RemoveInstance(shared_from_this());
 }
 
+// The path is made from the layout's key slots in place, not by asking the
+// class for its key names and each property by name.
 TCIMReference TInmemInstance::GetReference(TCIMContext context) const {
-    return BuildPath(context);
+    TCIMReference path(fClass->GetNamespace(context), context);
+    path.SetClassName(fClass->GetName(context));
+    for (const std::size_t slot : fLayout->keys) path.AddKeyValue(fLayout->slots[slot].name, fValues[slot]);
+    return path;
 }
 
 boost::shared_ptr<ICIMClass> TInmemInstance::GetClass(TCIMContext) const {
