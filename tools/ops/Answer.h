@@ -53,7 +53,7 @@ typedef std::vector<std::pair<std::string, NVURZENTA20::TCIMValue> > TNamedValue
 struct TPathView {
     const std::string* className = nullptr;
     const TNamedValues* keys = nullptr;
-    const std::string* text = nullptr;
+    const std::string* text = nullptr;  // null for a writer that does not read it
 };
 
 struct TPropertyView {
@@ -133,6 +133,9 @@ public:
     virtual void Method(const TMethodView& method) = 0;
     virtual void QualifierDecl(const NVURZENTA20::ICIMQualifierDecl& decl) = 0;
     virtual void End() = 0;
+    // Whether the writer reads a path's text; one that writes paths from
+    // their keys alone spares the renderer writing it for every instance.
+    virtual bool ReadsPathText() const { return true; }
 };
 
 #endif

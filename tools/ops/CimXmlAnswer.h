@@ -30,6 +30,7 @@ public:
     void Method(const TMethodView& method) override;
     void QualifierDecl(const NVURZENTA20::ICIMQualifierDecl& decl) override;
     void End() override {}
+    bool ReadsPathText() const override { return false; }
 
 private:
     void AppendInstance(std::string& out, const TInstanceView& instance);

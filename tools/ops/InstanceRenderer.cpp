@@ -43,7 +43,7 @@ struct TInstanceRenderer::TShape {
 };
 
 TInstanceRenderer::TInstanceRenderer(IAnswerWriter& writer, const TPropertySelection& selection)
-    : fWriter(writer), fSelection(selection) {}
+    : fWriter(writer), fWritesPathText(writer.ReadsPathText()), fSelection(selection) {}
 
 TInstanceRenderer::~TInstanceRenderer() {}
 
@@ -154,6 +154,7 @@ void TInstanceRenderer::KeysFromValues(const TShape& shape) {
 }
 
 void TInstanceRenderer::BuildPath(const TShape& shape) {
+    if (!fWritesPathText) return;
     fPathText.assign(shape.className);
     for (std::size_t i = 0; i < fKeys.size(); ++i) {
         fPathText += i == 0 ? '.' : ',';
@@ -179,7 +180,7 @@ void TInstanceRenderer::WriteInstance(ICIMInstance& instance) {
     view.className = &shape.className;
     view.path.className = &shape.className;
     view.path.keys = &fKeys;
-    view.path.text = &fPathText;
+    view.path.text = fWritesPathText ? &fPathText : nullptr;
     view.properties = &fProperties;
     view.includeQualifiers = fSelection.includeQualifiers;
     view.includeClassOrigin = fSelection.includeClassOrigin;
@@ -198,7 +199,7 @@ void TInstanceRenderer::WritePath(ICIMInstance& instance) {
     TPathView view;
     view.className = &shape.className;
     view.keys = &fKeys;
-    view.text = &fPathText;
+    view.text = fWritesPathText ? &fPathText : nullptr;
     fWriter.Path(view);
 }
 

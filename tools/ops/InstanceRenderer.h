@@ -52,6 +52,7 @@ private:
     void BuildPath(const TShape& shape);
 
     IAnswerWriter& fWriter;
+    const bool fWritesPathText;
     TPropertySelection fSelection;
     std::vector<std::unique_ptr<TShape> > fShapes;  // one per class met
     TShape* fLastShape = nullptr;
