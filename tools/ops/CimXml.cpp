@@ -233,10 +233,10 @@ void AppendKeyBindings(std::string& out, const TNamedValues& keys) {
     }
 }
 
-void AppendInstancePath(std::string& out, const std::string& host, const std::string& nameSpace,
-                        const std::string& className, const TNamedValues& keys) {
+void AppendInstancePath(std::string& out, const std::string& namespacePath, const std::string& className,
+                        const TNamedValues& keys) {
     out += "<INSTANCEPATH>";
-    AppendNamespacePath(out, host, nameSpace);
+    out += namespacePath;
     AppendInstanceName(out, className, keys);
     out += "</INSTANCEPATH>";
 }

@@ -46,9 +46,10 @@ void AppendInstanceName(std::string& out, const std::string& className, const TN
 // `<INSTANCENAME CLASSNAME="...">`, then the KEYBINDINGs.
 void AppendInstanceNameOpening(std::string& out, const std::string& className);
 void AppendKeyBindings(std::string& out, const TNamedValues& keys);
-// <INSTANCEPATH>: the instance name with the namespace path of `host`.
-void AppendInstancePath(std::string& out, const std::string& host, const std::string& nameSpace,
-                        const std::string& className, const TNamedValues& keys);
+// <INSTANCEPATH>: the instance name after `namespacePath`, a
+// NAMESPACEPATH as AppendNamespacePath writes it (made once per answer).
+void AppendInstancePath(std::string& out, const std::string& namespacePath, const std::string& className,
+                        const TNamedValues& keys);
 
 // <QUALIFIER NAME TYPE [PROPAGATED]> with flavours and value, for each
 // qualifier of `element`.

@@ -126,7 +126,9 @@ std::string LocalHostName() {
 }
 
 TCimXmlAnswer::TCimXmlAnswer(TOutputBuffer& out, EVerb verb, const std::string& host, const std::string& nameSpace)
-    : fOut(out), fVerb(verb), fHost(host), fNameSpace(nameSpace) {}
+    : fOut(out), fVerb(verb) {
+    AppendNamespacePath(fNamespacePath, host, nameSpace);
+}
 
 void TCimXmlAnswer::Provider(const TProviderView&) {
     throw TToolError("the provider list has no CIM-XML form", ECimStatus::kNotSupported);
@@ -259,7 +261,7 @@ void TCimXmlAnswer::Instance(const TInstanceView& instance) {
         AppendInstance(out, instance);
     } else if (fVerb == EVerb::kAssociators || fVerb == EVerb::kReferences) {
         out += "<VALUE.OBJECTWITHPATH>";
-        AppendInstancePath(out, fHost, fNameSpace, *instance.path.className, *instance.path.keys);
+        AppendInstancePath(out, fNamespacePath, *instance.path.className, *instance.path.keys);
         AppendInstance(out, instance);
         out += "</VALUE.OBJECTWITHPATH>";
     } else {
@@ -279,7 +281,7 @@ void TCimXmlAnswer::Path(const TPathView& path) {
     std::string& out = fOut.Text();
     if (fKind == EAnswerKind::kObjectPaths) {
         out += "<OBJECTPATH>";
-        AppendInstancePath(out, fHost, fNameSpace, *path.className, *path.keys);
+        AppendInstancePath(out, fNamespacePath, *path.className, *path.keys);
         out += "</OBJECTPATH>";
     } else {
         AppendInstanceName(out, *path.className, *path.keys);

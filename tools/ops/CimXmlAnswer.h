@@ -62,8 +62,7 @@ private:
 
     TOutputBuffer& fOut;
     EVerb fVerb;
-    std::string fHost;
-    std::string fNameSpace;
+    std::string fNamespacePath;  // <NAMESPACEPATH> of the full paths walks answer with
     EAnswerKind fKind = EAnswerKind::kInstances;
     std::vector<TPropertyTags> fTags;
     std::size_t fNextTags = 0;  // properties come in the same order, instance after instance

@@ -12,11 +12,7 @@
 
 using namespace NVURZENTA20;
 
-namespace {
-
 bool SameName(const std::string& a, const std::string& b) { return strcasecmp(a.c_str(), b.c_str()) == 0; }
-
-}  // namespace
 
 bool ContainsName(const std::vector<std::string>& names, const std::string& name) {
     for (const std::string& candidate : names) {

@@ -29,6 +29,8 @@ std::vector<boost::shared_ptr<NVURZENTA20::ICIMQualifier> > QualifiersOf(
 std::vector<boost::shared_ptr<NVURZENTA20::ICIMParameterDecl> > ParametersOf(
     const NVURZENTA20::ICIMMethodDecl& method);
 
+// Whether two CIM names are the same (ASCII case ignored).
+bool SameName(const std::string& a, const std::string& b);
 // True when `names` holds `name`, compared as CIM names are (any case).
 bool ContainsName(const std::vector<std::string>& names, const std::string& name);
 

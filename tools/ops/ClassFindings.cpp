@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Collect.h"
 #include "ICIMClass.h"
 #include "ICIMMethodDecl.h"
 #include "ICIMNamespace.h"
@@ -14,15 +15,7 @@ namespace {
 
 std::vector<std::string> AllClassNames(ICIMNamespace& ns) {
     std::vector<std::string> names;
-    std::vector<boost::shared_ptr<ICIMClass> > classes;
-    const TClassCallback append = [&classes](boost::shared_ptr<ICIMClass> cls) {
-        classes.push_back(cls);
-        return true;
-    };
-    ns.EnumerateRootClasses(append, TCIMContext());
-    const std::size_t roots = classes.size();
-    for (std::size_t i = 0; i < roots; ++i) classes[i]->EnumerateSubClasses(append, true, TCIMContext());
-    for (const auto& cls : classes) names.push_back(cls->GetName(TCIMContext()));
+    for (const auto& cls : ClassesOf(ns, true)) names.push_back(cls->GetName(TCIMContext()));
     return names;
 }
 

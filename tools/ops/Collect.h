@@ -7,6 +7,9 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "ICIMClass.h"
+#include "ICIMNamespace.h"
+
 template <class X>
 struct TAppend {
     std::vector<boost::shared_ptr<X> >* target;
@@ -19,6 +22,17 @@ struct TAppend {
 template <class X>
 TAppend<X> AppendTo(std::vector<boost::shared_ptr<X> >& target) {
     return TAppend<X>{&target};
+}
+
+// The root classes of `ns`, then (with `deep`) every class below them.
+inline std::vector<boost::shared_ptr<NVURZENTA20::ICIMClass> > ClassesOf(NVURZENTA20::ICIMNamespace& ns, bool deep) {
+    std::vector<boost::shared_ptr<NVURZENTA20::ICIMClass> > classes;
+    ns.EnumerateRootClasses(AppendTo(classes), NVURZENTA20::TCIMContext());
+    const std::size_t roots = classes.size();
+    for (std::size_t i = 0; deep && i < roots; ++i) {
+        classes[i]->EnumerateSubClasses(AppendTo(classes), true, NVURZENTA20::TCIMContext());
+    }
+    return classes;
 }
 
 #endif

@@ -1,7 +1,5 @@
 #include "InstanceRenderer.h"
 
-#include <strings.h>
-
 #include "ClassContent.h"
 #include "ICIMProperty.h"
 #include "ICIMPropertyDecl.h"
@@ -10,12 +8,6 @@
 #include "TZENTAException.h"
 
 using namespace NVURZENTA20;
-
-namespace {
-
-bool SameName(const std::string& a, const std::string& b) { return strcasecmp(a.c_str(), b.c_str()) == 0; }
-
-}  // namespace
 
 struct TInstanceRenderer::TShape {
     struct TSlot {

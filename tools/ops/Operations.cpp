@@ -229,11 +229,7 @@ boost::shared_ptr<ICIMClass> TOperations::RequireServedClass(const std::string& 
 TOperations::TClasses TOperations::ClassesUnder(const std::string& className, bool deep) {
     TClasses classes;
     if (className.empty()) {
-        fSession.GetNamespace()->EnumerateRootClasses(AppendTo(classes), TCIMContext());
-        const std::size_t roots = classes.size();
-        for (std::size_t i = 0; deep && i < roots; ++i) {
-            classes[i]->EnumerateSubClasses(AppendTo(classes), true, TCIMContext());
-        }
+        classes = ClassesOf(*fSession.GetNamespace(), deep);
     } else {
         RequireClass(className)->EnumerateSubClasses(AppendTo(classes), deep, TCIMContext());
     }
