@@ -4,7 +4,6 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <string.h>
-#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -38,17 +37,18 @@ std::size_t ProbeFrom(const std::vector<std::string>& paths, std::size_t first, 
     std::vector<char*> arguments = {&self[0], const_cast<char*>(kProbeFlag)};
     for (std::size_t i = first; i < paths.size(); ++i) arguments.push_back(const_cast<char*>(paths[i].c_str()));
     arguments.push_back(nullptr);
-    const pid_t parent = getpid();
-    const pid_t child = fork();
-    if (child == 0) {
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        if (getppid() != parent) _exit(1);
-        dup2(output[1], STDOUT_FILENO);
+    const int written = output[1];
+    const pid_t child = StartSelf(arguments.data(), [written] {
+        dup2(written, STDOUT_FILENO);
         // The loader's complaints are the verdict's, not the user's screen's.
         const int null = open("/dev/null", O_WRONLY);
         if (null >= 0) dup2(null, STDERR_FILENO);
-        execv(arguments[0], &arguments[0]);
-        _exit(127);
+    });
+    if (child < 0) {
+        verdicts[first].problem = std::string("cannot probe: ") + std::strerror(errno);
+        close(output[0]);
+        close(output[1]);
+        return first;
     }
     close(output[1]);
     std::string text;
@@ -61,9 +61,7 @@ std::size_t ProbeFrom(const std::vector<std::string>& paths, std::size_t first, 
     }
     close(output[0]);
     int status = 0;
-    if (child > 0) {
-        while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-        }
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
     // Lines: "try I", then "ok I" or "fail I <reason>"; I counts from `first`.
     std::istringstream lines(text);

@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <string.h>
-#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -228,28 +227,21 @@ TOutcome TWorker::Start(int timeoutSeconds) {
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets) != 0) {
         throw TToolError(std::string("cannot make the worker's channel: ") + std::strerror(errno));
     }
-    // Everything the child needs is made before the fork: between fork and
-    // exec a threaded parent's child may only make plain system calls.
     std::string self = SelfExecutable();
     std::string channelArgument = std::to_string(sockets[1]);
     std::string boardArgument = std::to_string(fBoard->GetDescriptor());
     char* arguments[] = {&self[0], const_cast<char*>(kWorkerFlag), &channelArgument[0], &boardArgument[0], nullptr};
     const int boardDescriptor = fBoard->GetDescriptor();
-    const pid_t parent = getpid();
-    const pid_t child = fork();
+    const int channelDescriptor = sockets[1];
+    const pid_t child = StartSelf(arguments, [channelDescriptor, boardDescriptor] {
+        fcntl(channelDescriptor, F_SETFD, 0);
+        fcntl(boardDescriptor, F_SETFD, 0);
+    });
     if (child < 0) {
+        const std::string reason = std::strerror(errno);
         close(sockets[0]);
         close(sockets[1]);
-        throw TToolError(std::string("cannot start a worker process: ") + std::strerror(errno));
-    }
-    if (child == 0) {
-        // The worker goes when its caller goes, however the caller ends.
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        if (getppid() != parent) _exit(1);
-        fcntl(sockets[1], F_SETFD, 0);
-        fcntl(boardDescriptor, F_SETFD, 0);
-        execv(arguments[0], arguments);
-        _exit(127);
+        throw TToolError("cannot start a worker process: " + reason);
     }
     close(sockets[1]);
     fProcess = child;
