@@ -269,7 +269,7 @@ TEST(DebianPackage, HoldsAWorkingZentaAndDependsOnWhatItLinks) {
 
     const std::set<std::string> depends =
         DependedPackages(RunChecked({"dpkg-deb", "-f", package, "Depends"}, environment).out);
-    std::vector<std::string> ldd = {"ldd", zenta};
+    std::vector<std::string> ldd = {"ldd", zenta, root + "/usr/bin/zentad"};
     for (const std::string& file : FilesBelow(root + "/usr/lib/zenta")) {
         if (fs::path(file).extension() == ".so") ldd.push_back(root + "/usr/lib/zenta/" + file);
     }

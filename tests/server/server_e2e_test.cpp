@@ -64,7 +64,7 @@ private:
 bool HaveClients() { return access(WBEMCLI, X_OK) == 0 && access(CURL, X_OK) == 0; }
 
 #define REQUIRE_CLIENTS()                                                                  \
-    if (!HaveClients()) GTEST_SKIP() << "wbemcli or curl is not installed (scripts/install-deps)"
+    if (!HaveClients()) GTEST_FAIL() << "wbemcli or curl is not installed (scripts/install-deps)"
 
 TProgramRun Wbemcli(const std::vector<std::string>& arguments) {
     std::vector<std::string> command{WBEMCLI};
@@ -474,7 +474,7 @@ TEST(ServerSecurity, ServesHttpsWithTheCertificateGiven) {
 #ifndef ZENTAD_TLS
     GTEST_SKIP() << "this zentad was built without TLS (no OpenSSL for the target)";
 #endif
-    if (access(OPENSSL, X_OK) != 0) GTEST_SKIP() << "the openssl program is not installed";
+    if (access(OPENSSL, X_OK) != 0) GTEST_FAIL() << "the openssl program is not installed (scripts/install-deps)";
     char directory[] = "/tmp/zentad-tls-XXXXXX";
     ASSERT_NE(mkdtemp(directory), nullptr);
     const std::string key = std::string(directory) + "/key.pem";
