@@ -34,12 +34,13 @@ private:
     // `defaults` the DSP0201 defaults fill in absent attributes
     // (overridable, to subclass, not translatable); without, only the
     // attributes present count.
-    D::EFlavor ReadFlavor(pugi::xml_node node, bool defaults) const {
+    // The flavors written; the defaults of a declaration are the definer's.
+    D::EFlavor ReadFlavor(pugi::xml_node node) const {
         int flavor = D::kFlavorNone;
-        if (defaults || node.attribute("OVERRIDABLE")) {
+        if (node.attribute("OVERRIDABLE")) {
             flavor |= fDocument.BoolAttribute(node, "OVERRIDABLE", true) ? D::kEnableOverride : D::kDisableOverride;
         }
-        if (defaults || node.attribute("TOSUBCLASS")) {
+        if (node.attribute("TOSUBCLASS")) {
             flavor |= fDocument.BoolAttribute(node, "TOSUBCLASS", true) ? D::kToSubclass : D::kRestricted;
         }
         if (fDocument.BoolAttribute(node, "TRANSLATABLE", false)) flavor |= D::kTranslatable;
@@ -71,7 +72,7 @@ private:
         plan.isArray = fDocument.BoolAttribute(node, "ISARRAY", false);
         plan.defaultValue = ReadContainedValue(node);
         plan.scope = ReadScope(node);
-        plan.flavor = ReadFlavor(node, true);
+        plan.flavor = ReadFlavor(node);
         return plan;
     }
 
@@ -87,7 +88,7 @@ private:
             plan.hasType = static_cast<bool>(node.attribute("TYPE"));
             if (plan.hasType) plan.type = fDocument.TypeAttribute(node, "TYPE");
             plan.value = ReadContainedValue(node);
-            plan.flavor = ReadFlavor(node, false);
+            plan.flavor = ReadFlavor(node);
             qualifiers.push_back(plan);
         }
         return qualifiers;

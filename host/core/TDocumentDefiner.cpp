@@ -26,6 +26,18 @@ typedef boost::shared_ptr<ICIMClass> TClassPtr;
 // is the host's mark, not part of what a document defines.
 const char kProviderQualifier[] = "PLUGINNAME";
 
+// Fills the flavor pairs a declaration leaves open with the defaults:
+// overridable, to subclasses, not translatable.
+ICIMQualifierDecl::EFlavor WithDefaultFlavors(int bits) {
+    if ((bits & (ICIMQualifierDecl::kEnableOverride | ICIMQualifierDecl::kDisableOverride)) == 0) {
+        bits |= ICIMQualifierDecl::kEnableOverride;
+    }
+    if ((bits & (ICIMQualifierDecl::kToSubclass | ICIMQualifierDecl::kRestricted)) == 0) {
+        bits |= ICIMQualifierDecl::kToSubclass;
+    }
+    return static_cast<ICIMQualifierDecl::EFlavor>(bits);
+}
+
 std::string TypeText(T type, bool isArray) { return type.GetName() + (isArray ? "[]" : ""); }
 
 // --- values ---------------------------------------------------------------
@@ -446,7 +458,8 @@ private:
         }
         // A repeated declaration of the same type is accepted: this
         // document's qualifiers follow it, the namespace keeps its own.
-        boost::shared_ptr<ICIMQualifierDecl> decl(new TDocumentQualifierDecl(plan.name, value, plan.scope, plan.flavor));
+        boost::shared_ptr<ICIMQualifierDecl> decl(
+            new TDocumentQualifierDecl(plan.name, value, plan.scope, WithDefaultFlavors(plan.flavor)));
         fDecls[NameKey(plan.name)] = TDeclaredHere{plan.at, decl, !existing};
     }
 

@@ -66,7 +66,7 @@ struct TQualifierDeclPlan {
     bool isArray = false;
     TRawValue defaultValue;
     ICIMQualifierDecl::EScope scope = ICIMQualifierDecl::kScopeAny;
-    ICIMQualifierDecl::EFlavor flavor = ICIMQualifierDecl::kFlavorNone;
+    ICIMQualifierDecl::EFlavor flavor = ICIMQualifierDecl::kFlavorNone;  // only the flavors written
 };
 
 struct TQualifierPlan {

@@ -424,14 +424,6 @@ std::string FirstIdentifier(const std::string& text) {
     return text.substr(0, end);
 }
 
-// Fills the flavor pairs a declaration leaves open with the defaults:
-// overridable, to subclasses, not translatable.
-D::EFlavor WithDefaultFlavors(int bits) {
-    if ((bits & (D::kEnableOverride | D::kDisableOverride)) == 0) bits |= D::kEnableOverride;
-    if ((bits & (D::kToSubclass | D::kRestricted)) == 0) bits |= D::kToSubclass;
-    return static_cast<D::EFlavor>(bits);
-}
-
 void LogNote(const std::string& text) {
     TRootObject::GetCoreLogger()->Log(ICoreLogger::kNotice, text);
 }
@@ -567,7 +559,7 @@ ZENTA_MOF_ACTION(qualifier_decl) {
     state.decl.defaultValue = state.TakeValue(state.declMark);
     if (state.decl.defaultValue.kind == TRawValue::kAbsent) state.decl.defaultValue.at = state.decl.at;
     state.decl.scope = static_cast<D::EScope>(state.scopeBits);
-    state.decl.flavor = WithDefaultFlavors(state.flavorBits);
+    state.decl.flavor = static_cast<D::EFlavor>(state.flavorBits);
     state.plan.qualifierDecls.push_back(std::move(state.decl));
 }
 };
