@@ -219,10 +219,7 @@ private:
     bool IsServed(const std::string& className) const {
         boost::shared_ptr<ICIMClass> cls = fNamespace ? fNamespace->GetClass(className, TCIMContext())
                                                       : boost::shared_ptr<ICIMClass>();
-        boost::shared_ptr<ICIMQualifier> marker =
-            cls ? cls->GetQualifier(TNamespaceManager::kProviderQualifier, TCIMContext())
-                : boost::shared_ptr<ICIMQualifier>();
-        return marker && !marker->GetValue().IsNull();
+        return cls && TNamespaceManager::IsProviderServed(*cls);
     }
 
     const TEnumeratedClass& Enumerate(const std::string& key, const std::string& className) {

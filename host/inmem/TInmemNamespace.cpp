@@ -179,10 +179,9 @@ boost::shared_ptr<ICIMInstance> TInmemNamespace::GetInstance(const TCIMReference
 boost::shared_ptr<ICIMInstance> TInmemNamespace::ServedInstance(const TCIMReference& path, TCIMContext context) const {
     const boost::shared_ptr<TInmemClass> cls = FindClass(path.GetClassName());
     const boost::shared_ptr<ICIMNamespace> upcall = fUpcall.lock();
-    if (!cls || !upcall || upcall.get() == this) return boost::shared_ptr<ICIMInstance>();
-    const boost::shared_ptr<ICIMQualifier> marker =
-        cls->GetQualifier(TNamespaceManager::kProviderQualifier, TCIMContext());
-    if (!marker || marker->GetValue().IsNull()) return boost::shared_ptr<ICIMInstance>();
+    if (!cls || !upcall || upcall.get() == this || !TNamespaceManager::IsProviderServed(*cls)) {
+        return boost::shared_ptr<ICIMInstance>();
+    }
     context[TNamespaceManager::kOriginKey] = TCIMValue(kRoutedOrigin);
     try {
         return upcall->GetInstance(path, context);

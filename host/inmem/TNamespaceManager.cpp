@@ -49,6 +49,11 @@ public:
 const char* const TNamespaceManager::kOriginKey = "nspID";
 const char* const TNamespaceManager::kProviderQualifier = "PLUGINNAME";
 
+bool TNamespaceManager::IsProviderServed(const ICIMClass& cls) {
+    const boost::shared_ptr<ICIMQualifier> marker = cls.GetQualifier(kProviderQualifier, TCIMContext());
+    return marker && !marker->GetValue().IsNull();
+}
+
 boost::shared_ptr<TNamespaceManager> TNamespaceManager::Create(boost::shared_ptr<ICIMNamespace> repository) {
     if (!repository) ThrowStatus(TZENTAStatusCode::kMissingRepository, "a namespace manager needs a repository");
     boost::shared_ptr<TNamespaceManager> manager(new TNamespaceManager(repository));

@@ -25,6 +25,8 @@ public:
     // the qualifier that names the provider serving a class.
     static const char* const kOriginKey;          // "nspID"
     static const char* const kProviderQualifier;  // "PLUGINNAME"
+    // Whether a provider serves `cls`: it carries a provider's name.
+    static bool IsProviderServed(const ICIMClass& cls);
 
     // A manager over `repository` (kMissingRepository when empty). The
     // manager becomes the repository's upcall namespace, so that
