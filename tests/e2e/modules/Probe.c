@@ -5,9 +5,7 @@
 #include <string.h>
 #include <unistd.h>
 
-#include "cmpidt.h"
-#include "cmpift.h"
-#include "cmpimacs.h"
+#include "zentaProvider.h"
 
 static const CMPIBroker* itemBroker;
 static const char* const kIds[] = {"one", "two"};
@@ -25,12 +23,6 @@ static CMPIInstance* makeItem(const char* ns, CMPIUint32 index) {
     CMSetProperty(inst, "Size", &size, CMPI_uint32);
     return inst;
 }
-
-static CMPIStatus Item_Cleanup(CMPIInstanceMI* mi, const CMPIContext* ctx,
-                               CMPIBoolean terminating) { CMReturn(CMPI_RC_OK); }
-
-static CMPIStatus Item_EnumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                         const CMPIObjectPath* ref) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
 
 static CMPIStatus Item_EnumInstances(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
                                      const CMPIObjectPath* ref, const char** properties) {
@@ -55,20 +47,7 @@ static CMPIStatus Item_GetInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, c
     CMReturn(CMPI_RC_ERR_NOT_FOUND);
 }
 
-static CMPIStatus Item_CreateInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                      const CMPIObjectPath* ref,
-                                      const CMPIInstance* inst) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
-
-static CMPIStatus Item_ModifyInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                      const CMPIObjectPath* ref, const CMPIInstance* inst,
-                                      const char** properties) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
-
-static CMPIStatus Item_DeleteInstance(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                      const CMPIObjectPath* ref) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
-
-static CMPIStatus Item_ExecQuery(CMPIInstanceMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
-                                 const CMPIObjectPath* ref, const char* lang,
-                                 const char* query) { CMReturn(CMPI_RC_ERR_NOT_SUPPORTED); }
+ZENTA_READ_ONLY_INSTANCE_MI(Item_)
 
 CMInstanceMIStub(Item_, Probe_ItemProvider, itemBroker, CMNoHook)
 
@@ -77,8 +56,7 @@ CMPIInstanceMI* Probe_BrokenProvider_Create_InstanceMI(const CMPIBroker* broker,
     return Probe_ItemProvider_Create_InstanceMI(broker, ctx, rc);
 }
 
-static CMPIStatus Item_MethodCleanup(CMPIMethodMI* mi, const CMPIContext* ctx,
-                                     CMPIBoolean terminating) { CMReturn(CMPI_RC_OK); }
+ZENTA_METHOD_MI_CLEANUP(Item_)
 
 static CMPIStatus Item_InvokeMethod(CMPIMethodMI* mi, const CMPIContext* ctx, const CMPIResult* rslt,
                                     const CMPIObjectPath* ref, const char* method, const CMPIArgs* in,

@@ -2,9 +2,6 @@
  * one never returns. The tool must survive both and name the provider. */
 #include <unistd.h>
 
-#include "cmpidt.h"
-#include "cmpift.h"
-#include "cmpimacs.h"
 #include "zentaProvider.h"
 
 static const CMPIBroker* crashBroker;

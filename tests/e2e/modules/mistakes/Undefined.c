@@ -1,8 +1,5 @@
 /* Undefined_ItemProvider calls a function that no library defines: loaded lazily, the
  * module would take the host down at its first call; it must be left out before. */
-#include "cmpidt.h"
-#include "cmpift.h"
-#include "cmpimacs.h"
 #include "zentaProvider.h"
 
 void zentaTestDefinedNowhere(void);
