@@ -19,11 +19,7 @@ using namespace NVURZENTA20;
 
 namespace {
 
-std::string SchemaDirectory() {
-    return (std::filesystem::path(__FILE__).parent_path() / ".." / ".." / "shared" / "cim-schema-2.41")
-        .lexically_normal()
-        .string();
-}
+std::string SchemaDirectory() { return std::filesystem::path(ZENTA_SCHEMA_DIR).lexically_normal().string(); }
 
 // A manager over a fresh repository with the standard documents, as the
 // library sees the repository when it reads module documents.
