@@ -26,6 +26,22 @@ function(zenta_install_tool target)
   install(TARGETS ${target} RUNTIME DESTINATION ${ZENTA_INSTALL_BINDIR})
 endfunction()
 
+# zenta_add_tool(target SOURCES src... LIBRARIES lib...): a host program with
+# a command line (CLI11), built into bin/ beside lib/ and installed.
+function(zenta_add_tool target)
+  cmake_parse_arguments(TOOL "" "" "SOURCES;LIBRARIES" ${ARGN})
+  find_package(CLI11 REQUIRED)
+  add_executable(${target} ${TOOL_SOURCES})
+  set_target_properties(${target} PROPERTIES BUILD_RPATH "$ORIGIN/../lib")
+  target_link_libraries(${target} PRIVATE ${TOOL_LIBRARIES} zenta_version CLI11::CLI11)
+  zenta_install_tool(${target})
+  zenta_strict(${target})
+  # Running a tool needs the CMPI library and the bundled modules in place.
+  if(TARGET cmpi)
+    add_dependencies(${target} cmpi)
+  endif()
+endfunction()
+
 # zenta_install_library(target...): installs host libraries beside each
 # other; each finds the others through $ORIGIN.
 function(zenta_install_library)
