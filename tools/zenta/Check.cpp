@@ -1,7 +1,7 @@
 #include "Check.h"
 
 #include <cstdio>
-#include <map>
+#include <set>
 
 #include <nlohmann/json.hpp>
 
@@ -117,16 +117,16 @@ void TryServedClasses(const TServedDirectory& served, ICIMNamespace& classes, in
     setup.warnings.clear();
     setup.claims.clear();
     TTrials trials(setup, timeoutSeconds, findings);
-    std::map<std::string, bool> tried;
-    for (const TClassClaim& claim : ClaimsOf(served.GetSurvey())) {
+    std::set<std::string> tried;
+    for (const TClassClaim& claim : served.GetWorkerSetup().claims) {
         const boost::shared_ptr<ICIMClass> cls = classes.GetClass(claim.className, TCIMContext());
-        if (!cls || cls->IsAbstract(TCIMContext()) || tried[cls->GetName(TCIMContext())]) continue;
-        tried[cls->GetName(TCIMContext())] = true;
+        if (!cls || cls->IsAbstract(TCIMContext()) || !tried.insert(cls->GetName(TCIMContext())).second) continue;
         trials.Try(claim);
     }
 }
 
-void Print(const std::vector<TFinding>& findings, const TServedDirectory& served, bool json) {
+// Prints the report; the number of errors.
+int Print(const std::vector<TFinding>& findings, const TServedDirectory& served, bool json) {
     int errors = 0;
     for (const TFinding& finding : findings) errors += finding.severity == TFinding::kError;
     const int warnings = static_cast<int>(findings.size()) - errors;
@@ -142,7 +142,7 @@ void Print(const std::vector<TFinding>& findings, const TServedDirectory& served
                                           {"problem", finding.text}});
         }
         std::printf("%s\n", report.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace).c_str());
-        return;
+        return errors;
     }
     for (const TFinding& finding : findings) {
         const char* severity = finding.severity == TFinding::kError ? "error" : "warning";
@@ -158,6 +158,7 @@ void Print(const std::vector<TFinding>& findings, const TServedDirectory& served
                 served.GetSurvey().GetModules().size(), providers,
                 findings.empty() ? "no problems found"
                                  : (std::to_string(errors) + " errors, " + std::to_string(warnings) + " warnings").c_str());
+    return errors;
 }
 
 }  // namespace
@@ -168,15 +169,11 @@ int RunCheck(const TServeOptions& options, int timeoutSeconds, bool json) {
         TServedDirectory served(options, [](const std::string&) {});
         std::vector<TFinding> findings = served.GetSurvey().GetFindings();
         const boost::shared_ptr<ICIMNamespace> classes = ReadClasses(options, served.GetSurvey(), findings);
-        const std::vector<TFinding> claimed =
-            CheckClaims(ClaimsOf(served.GetSurvey()), *classes, served.GetWorkerSetup().providers);
+        const TWorkerSetup& setup = served.GetWorkerSetup();
+        const std::vector<TFinding> claimed = CheckClaims(setup.claims, *classes, setup.providers);
         findings.insert(findings.end(), claimed.begin(), claimed.end());
         TryServedClasses(served, *classes, timeoutSeconds, findings);
-        Print(findings, served, json);
-        for (const TFinding& finding : findings) {
-            if (finding.severity == TFinding::kError) return 1;
-        }
-        return 0;
+        return Print(findings, served, json) > 0 ? 1 : 0;
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "zenta: %s\n", failure.what());
         return 1;
