@@ -85,13 +85,9 @@ void AppendParameter(std::string& out, const ICIMParameterDecl& parameter, bool 
     out += '<';
     out += element;
     AppendXmlAttribute(out, "NAME", parameter.GetName());
-    if (type == TType::kReference) {
-        if (!parameter.GetReferenceClassName().empty()) {
-            AppendXmlAttribute(out, "REFERENCECLASS", parameter.GetReferenceClassName());
-        }
-    } else {
-        AppendWordAttribute(out, "TYPE", CimXmlTypeName(type));
-    }
+    // A reference parameter array has an element of its own: no TYPE then.
+    AppendTypeAttributes(out, type, type == TType::kReference ? parameter.GetReferenceClassName() : std::string(),
+                         false);
     out += '>';
     if (includeQualifiers) AppendQualifiers(out, parameter);
     out += "</";

@@ -59,8 +59,14 @@ bool HasTrueQualifier(const ICIMNamedElement& element, const char* name) {
 
 std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
 
-bool ByName(const boost::shared_ptr<ICIMClass>& a, const boost::shared_ptr<ICIMClass>& b) {
-    return strcasecmp(a->GetName(TCIMContext()).c_str(), b->GetName(TCIMContext()).c_str()) < 0;
+// Sorted by name (any case), each name asked for once.
+void SortByName(std::vector<boost::shared_ptr<ICIMClass> >& classes) {
+    std::vector<std::pair<std::string, boost::shared_ptr<ICIMClass> > > named;
+    named.reserve(classes.size());
+    for (auto& cls : classes) named.emplace_back(cls->GetName(TCIMContext()), std::move(cls));
+    std::sort(named.begin(), named.end(),
+              [](const auto& a, const auto& b) { return strcasecmp(a.first.c_str(), b.first.c_str()) < 0; });
+    for (std::size_t i = 0; i < named.size(); ++i) classes[i] = std::move(named[i].second);
 }
 
 // Namespace names compare as CIM names do, with or without slashes around.
@@ -233,7 +239,7 @@ TOperations::TClasses TOperations::ClassesUnder(const std::string& className, bo
     } else {
         RequireClass(className)->EnumerateSubClasses(AppendTo(classes), deep, TCIMContext());
     }
-    std::sort(classes.begin(), classes.end(), ByName);
+    SortByName(classes);
     return classes;
 }
 
