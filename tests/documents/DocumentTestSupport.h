@@ -11,34 +11,14 @@
 #include <vector>
 
 #include "InmemTestSupport.h"
+#include "Programs.h"
 #include "TNamespacePopulator.h"
 
 namespace doctest {
 
 using namespace inmemtest;
 
-class TScratch {
-public:
-    TScratch() {
-        char pattern[] = "/tmp/zenta-documents-XXXXXX";
-        fPath = ::mkdtemp(pattern);
-    }
-    ~TScratch() {
-        std::error_code ignored;
-        std::filesystem::remove_all(fPath, ignored);
-    }
-    // Writes `text` to `name` (directories made as needed) and returns its path.
-    std::string Write(const std::string& name, const std::string& text) const {
-        const std::filesystem::path path = std::filesystem::path(fPath) / name;
-        std::filesystem::create_directories(path.parent_path());
-        std::ofstream(path.string(), std::ios::binary) << text;
-        return path.string();
-    }
-    const std::string& Path() const { return fPath; }
-
-private:
-    std::string fPath;
-};
+typedef TScratchDirectory TScratch;
 
 // What a namespace holds, to prove that a failed document changed nothing.
 inline std::vector<std::string> Snapshot(ICIMNamespace& ns) {

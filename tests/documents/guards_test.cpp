@@ -52,10 +52,7 @@ public:
         TRootObject::GetCoreLogger()->SetLogFile("");
         TRootObject::GetCoreLogger()->SetThreshold(1);
     }
-    std::string Text() const {
-        std::ifstream in(fPath);
-        return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    }
+    std::string Text() const { return ReadFile(fPath); }
 
 private:
     TScratch fScratch;

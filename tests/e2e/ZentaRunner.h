@@ -7,38 +7,19 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
+#include "Programs.h"
 
-struct TZentaRun {
-    int status = -1;  // exit status; 128 + signal when a signal ended it
-    std::string out;
-    std::string err;
-
-    nlohmann::json Json() const { return nlohmann::json::parse(out); }
-};
+typedef TProgramRun TZentaRun;
 
 // Runs zenta with `arguments`, without the caller's ZENTA_LOG_* settings
 // and with TMPDIR set to `temporaryDirectory` when that is not empty;
-// `environment` ("NAME=VALUE") comes on top.
+// `environment` ("NAME=VALUE") comes on top. It returns once zenta and the
+// helper that removes its staging directory have both gone.
 TZentaRun RunZenta(const std::vector<std::string>& arguments, const std::string& temporaryDirectory = "",
                    const std::vector<std::string>& environment = {});
 
 // Starts zenta as RunZenta does, output thrown away; the caller waits for it.
 pid_t StartZenta(const std::vector<std::string>& arguments, const std::string& temporaryDirectory);
-
-// A fresh, empty temporary directory, removed with its content at the end.
-class TScratchDirectory {
-public:
-    TScratchDirectory();
-    ~TScratchDirectory();
-    const std::string& Path() const { return fPath; }
-    std::vector<std::string> Entries() const;
-
-private:
-    std::string fPath;
-};
-
-std::string ReadFile(const std::string& path);
 
 // The directory of test modules `name` (good, mixed, ...) under the build tree.
 std::string Modules(const std::string& name);

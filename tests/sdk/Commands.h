@@ -8,23 +8,13 @@
 #include <string>
 #include <vector>
 
-struct TCommandRun {
-    int status = -1;  // exit status; 128 + signal when a signal ended it
-    std::string out;
-    std::string err;
+#include "Programs.h"
 
-    // What to print when a check on this run fails.
-    std::string Describe() const;
-};
+typedef TProgramRun TCommandRun;
 
 // Runs `argv` (argv[0] looked up in PATH) with exactly `environment`
-// ("NAME=value" entries), standard input closed.
+// ("NAME=value" entries), standard input empty.
 TCommandRun RunCommand(const std::vector<std::string>& argv, const std::vector<std::string>& environment);
-
-// This process's environment with the entries named in `removed` left out
-// and `added` ("NAME=value") put in their place or added.
-std::vector<std::string> EnvironmentWith(const std::vector<std::string>& added,
-                                         const std::vector<std::string>& removed);
 
 // The README's example, by its markers: an HTML comment
 // "<!-- example KIND[: NAME] -->" on the line before a fenced block.

@@ -8,15 +8,11 @@
 #include <string>
 #include <vector>
 
-struct TProgramRun {
-    int status = -1;  // exit status; 128 + signal when a signal ended it
-    std::string out;
-    std::string err;
-};
+#include "Programs.h"
 
-// Runs `arguments` (the program first) with `input` on stdin and the
-// environment plus `environment` (NAME=VALUE each); kills it after
-// `timeoutSeconds`.
+// Runs `arguments` (the program first) with `input` on stdin and this
+// process's environment without its log settings, plus `environment`
+// (NAME=VALUE each); kills it after `timeoutSeconds`.
 TProgramRun RunProgram(const std::vector<std::string>& arguments, const std::string& input = "",
                        const std::vector<std::string>& environment = {}, int timeoutSeconds = 120);
 

@@ -12,26 +12,20 @@
 #include <pugixml.hpp>
 
 #include "Responses.h"
+#include "Programs.h"
 #include "Server.h"
 #include "Users.h"
 
 namespace {
 
+// A users file StorePassword makes, in a directory of its own.
 class TTemporaryFile {
 public:
-    TTemporaryFile() {
-        char pattern[] = "/tmp/zentad-users-XXXXXX";
-        const int descriptor = mkstemp(pattern);
-        if (descriptor < 0) throw std::runtime_error("mkstemp");
-        close(descriptor);
-        unlink(pattern);  // StorePassword makes it
-        fPath = pattern;
-    }
-    ~TTemporaryFile() { unlink(fPath.c_str()); }
     const std::string& Path() const { return fPath; }
 
 private:
-    std::string fPath;
+    TScratchDirectory fDirectory;
+    std::string fPath = fDirectory.Path() + "/users";
 };
 
 std::string Basic(const std::string& credentials) {
@@ -56,8 +50,7 @@ TEST(Users, StoresSaltedHashesAndChecksCredentialsAgainstThem) {
     struct stat status;
     ASSERT_EQ(stat(file.Path().c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0600u);
-    std::ifstream in(file.Path());
-    const std::string content((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    const std::string content = ReadFile(file.Path());
     EXPECT_EQ(content.find("correct horse"), std::string::npos);
 
     const TUsers users = TUsers::Load(file.Path());

@@ -5,13 +5,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <cstdlib>
-#include <fstream>
 #include <map>
 #include <set>
-#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -35,29 +34,21 @@ const char kNamespacePath[] =
 // A file the Faulty provider adds a line to each time it starts to hang.
 class THangMarks {
 public:
-    THangMarks() {
-        char pattern[] = "/tmp/zentad-hangs-XXXXXX";
-        const int fd = mkstemp(pattern);
-        if (fd < 0) throw std::runtime_error("mkstemp");
-        close(fd);
-        fPath = pattern;
-    }
-    ~THangMarks() { unlink(fPath.c_str()); }
+    THangMarks() : fPath(fDirectory.Write("hangs", "")) {}
     std::string Environment() const { return "FAULTY_HANG_MARKS=" + fPath; }
 
     // Waits (two minutes at most) until `count` requests hang in a worker.
     bool WaitFor(std::size_t count) const {
         for (int tenths = 0; tenths < 1200; ++tenths) {
-            std::ifstream in(fPath);
-            std::size_t lines = 0;
-            for (std::string line; std::getline(in, line);) ++lines;
-            if (lines >= count) return true;
+            const std::string marks = ReadFile(fPath);
+            if (static_cast<std::size_t>(std::count(marks.begin(), marks.end(), '\n')) >= count) return true;
             usleep(100000);
         }
         return false;
     }
 
 private:
+    TScratchDirectory fDirectory;
     std::string fPath;
 };
 
@@ -422,19 +413,14 @@ TEST_F(ServerWithoutAuth, EightClientsOfAHundredRequestsEachGetCompleteAnswers) 
 // Makes a users file with one user through `zentad passwd`.
 class TUsersFile {
 public:
-    TUsersFile(const std::string& user, const std::string& password) {
-        char pattern[] = "/tmp/zentad-users-XXXXXX";
-        const int descriptor = mkstemp(pattern);
-        close(descriptor);
-        unlink(pattern);
-        fPath = pattern;
+    TUsersFile(const std::string& user, const std::string& password) : fPath(fDirectory.Path() + "/users") {
         const TProgramRun run = RunProgram({ZENTAD, "passwd", fPath, user}, password + "\n");
         EXPECT_EQ(run.status, 0) << run.err;
     }
-    ~TUsersFile() { unlink(fPath.c_str()); }
     const std::string& Path() const { return fPath; }
 
 private:
+    TScratchDirectory fDirectory;
     std::string fPath;
 };
 
@@ -475,10 +461,9 @@ TEST(ServerSecurity, ServesHttpsWithTheCertificateGiven) {
     GTEST_SKIP() << "this zentad was built without TLS (no OpenSSL for the target)";
 #endif
     if (access(OPENSSL, X_OK) != 0) GTEST_FAIL() << "the openssl program is not installed (scripts/install-deps)";
-    char directory[] = "/tmp/zentad-tls-XXXXXX";
-    ASSERT_NE(mkdtemp(directory), nullptr);
-    const std::string key = std::string(directory) + "/key.pem";
-    const std::string certificate = std::string(directory) + "/cert.pem";
+    const TScratchDirectory directory;
+    const std::string key = directory.Path() + "/key.pem";
+    const std::string certificate = directory.Path() + "/cert.pem";
     const TProgramRun made = RunProgram({OPENSSL, "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "1",
                                          "-subj", "/CN=localhost", "-keyout", key, "-out", certificate});
     ASSERT_EQ(made.status, 0) << made.err;
@@ -497,9 +482,6 @@ TEST(ServerSecurity, ServesHttpsWithTheCertificateGiven) {
                                         CimHeaders("EnumerateQualifiers"), {"-k"});
         EXPECT_EQ(secure.status, 200);
     }
-    unlink(key.c_str());
-    unlink(certificate.c_str());
-    rmdir(directory);
 }
 
 class FaultyProviders : public ::testing::Test {
