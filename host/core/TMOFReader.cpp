@@ -285,8 +285,6 @@ struct TReadState {
 
     TCIMValue::TCIMType type;  // of the feature or declaration being read
     std::string referenceClass;
-    TCIMValue::TCIMType parameterType;
-    std::string parameterReferenceClass;
 
     TQualifierDeclPlan decl;
     std::size_t declMark = 0;
@@ -604,14 +602,8 @@ ZENTA_MOF_ACTION(method_rest) {
     state.cls.methods.push_back(std::move(state.method));
 }
 };
-ZENTA_MOF_ACTION(parameter_type) {
-    (void)in;
-    state.parameterType = state.type;
-    state.parameterReferenceClass = state.referenceClass;
-}
-};
 ZENTA_MOF_ACTION(parameter_name) {
-    state.param = StartFeature(state, in, state.parameterType, state.parameterReferenceClass, state.paramMark);
+    state.param = StartFeature(state, in, state.type, state.referenceClass, state.paramMark);
 }
 };
 ZENTA_MOF_ACTION(parameter) {
