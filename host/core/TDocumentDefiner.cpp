@@ -414,12 +414,6 @@ std::string FirstDifference(const TClassShape& before, const TClassShape& now) {
     return std::string();
 }
 
-std::string DescribeOrigin(const TClassPtr& cls) {
-    TDefinitionOrigin origin;
-    if (TDocumentMemory::FindClass(cls, origin)) return origin.at.ToString();
-    return "the namespace";
-}
-
 // --- classes ----------------------------------------------------------------
 
 class TClassDefiner {
@@ -612,7 +606,8 @@ private:
             FirstDifference(ShapeOfExisting(*resolved.existing), ShapeOfPlan(resolved, *resolved.existing));
         if (!difference.empty()) {
             FailAt(plan.at, "class " + plan.name + " is already defined differently, at " +
-                                DescribeOrigin(resolved.existing) + " (" + difference + ")");
+                                (known ? origin.at.ToString() : std::string("the namespace")) + " (" + difference +
+                                ")");
         }
     }
 
