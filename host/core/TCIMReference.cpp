@@ -451,7 +451,34 @@ bool SameKeyValue(const TCIMValue& a, const TCIMValue& b) {
     return a.ToString(10) == b.ToString(10);
 }
 
+// The text SameKeyValue's matches share.
+void AppendKeyValueKey(std::string& key, const TCIMValue& value) {
+    const TCIMValue::TCIMType type = value.GetType();
+    if (!value.IsNull() && !value.IsArray() && type == TCIMValue::TCIMType::kReference) {
+        value.GetReference().AppendEqualityKey(key);
+    } else if (!value.IsNull() && !value.IsArray() && type.IsReal() && static_cast<double>(value) == 0) {
+        key += '0';
+    } else {
+        key += value.ToString(10);
+    }
+}
+
+void AppendLowerCase(std::string& key, const std::string& name) {
+    for (const char c : name) key += LowerAscii(c);
+}
+
 }  // namespace
+
+void TCIMReference::AppendEqualityKey(std::string& key) const {
+    AppendLowerCase(key, fClassName);
+    for (const auto& binding : fKeys) {
+        key += '\0';
+        AppendLowerCase(key, binding.first);
+        key += '=';
+        AppendKeyValueKey(key, binding.second);
+    }
+    key += '\1';
+}
 
 bool TCIMReference::operator==(const TCIMReference& other) const {
     if (!SameCIMName(fClassName, other.fClassName) || fKeys.size() != other.fKeys.size()) return false;

@@ -105,39 +105,9 @@ bool RefersTo(const ICIMInstance& instance, const std::string& name, const TCIMR
     return !reference.IsNull() && reference.GetReference() == path;
 }
 
-// Text under which paths that compare equal file alike: names without
-// case, and key values by their text as the comparison of paths takes them
-// (references by their own such text, a real zero without its sign).
-void AppendPathKey(std::string& key, const TCIMReference& path);
-
-void AppendValueKey(std::string& key, const TCIMValue& value) {
-    const TCIMValue::TCIMType type = value.GetType();
-    if (value.IsNull() || value.IsArray()) {
-        key += value.ToString(10);
-    } else if (type == TCIMValue::TCIMType::kReference) {
-        AppendPathKey(key, value.GetReference());
-    } else if (type.IsReal() && static_cast<double>(value) == 0) {
-        key += '0';
-    } else {
-        key += value.ToString(10);
-    }
-}
-
-void AppendPathKey(std::string& key, const TCIMReference& path) {
-    key += NameKey(path.GetClassName());
-    path.EnumerateKeyBindings([&](std::pair<std::string, TCIMValue> binding) {
-        key += '\0';
-        key += NameKey(binding.first);
-        key += '=';
-        AppendValueKey(key, binding.second);
-        return true;
-    });
-    key += '\1';
-}
-
 std::string PathKey(const TCIMReference& path) {
     std::string key;
-    AppendPathKey(key, path);
+    path.AppendEqualityKey(key);
     return key;
 }
 

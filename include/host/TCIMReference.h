@@ -103,6 +103,10 @@ public:
     // Same class (case-insensitive) and the same key bindings.
     bool operator==(const TCIMReference& other) const;
     bool operator!=(const TCIMReference& other) const { return !(*this == other); }
+    // Appends text that paths equal under operator== share (names without
+    // case, key values by their text, references by their own such text, a
+    // real zero without its sign): a key for hashing paths.
+    void AppendEqualityKey(std::string& key) const;
 
 private:
     typedef TKeyBindings TKeyList;
