@@ -165,8 +165,12 @@ CMPIStatus mbEncLogMessage(const CMPIBroker*, int severity, const char* id, cons
 namespace {
 
 // A context record and the map it carries, made and freed together.
-struct TContextRecord {
-    CMPIContext record;
+// The record is the base of what it is made with: see TInstanceRecord.
+struct TContextRecord : CMPIContext {
+    TContextRecord() : CMPIContext() {
+        hdl = &entries;
+        ft = cmpiContextFt;
+    }
     TCIMContext entries;
 };
 
@@ -176,10 +180,8 @@ struct TContextRecord {
 // context finds nothing instead of following a stray handle.
 CMPIContext* newCMPIContext(const char*, CMPIStatus* rc) {
     TContextRecord* made = new TContextRecord;
-    made->record.hdl = &made->entries;
-    made->record.ft = cmpiContextFt;
     setStatus(rc, CMPI_RC_OK);
-    return &made->record;
+    return made;
 }
 
 // One pointer-sized cell receives the handle of the instance the provider
@@ -197,7 +199,7 @@ CMPIResult* newCMPIEnumInstanceResult(CMPIStatus* rc) {
     return record;
 }
 
-void removeCMPIContext(CMPIContext* context) { delete reinterpret_cast<TContextRecord*>(context); }
+void removeCMPIContext(CMPIContext* context) { delete static_cast<TContextRecord*>(context); }
 
 void removeCMPIResult(CMPIResult* result) { delete result; }
 

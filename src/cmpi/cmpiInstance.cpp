@@ -29,8 +29,13 @@ namespace {
 
 // A record and the holder its handle points at, made and freed together:
 // a provider makes one for every instance it returns.
-struct TInstanceRecord {
-    CMPIInstance record;
+// The record and what its handle points at, in one allocation; the record
+// is the base, so that a record's address converts back by static_cast.
+struct TInstanceRecord : CMPIInstance {
+    explicit TInstanceRecord(const boost::shared_ptr<ICIMInstance>& instance) : CMPIInstance(), holder(instance) {
+        hdl = &holder;
+        ft = cmpiInstanceFt;
+    }
     TInstanceHolder holder;
 };
 
@@ -38,14 +43,12 @@ struct TInstanceRecord {
 
 CMPIInstance* newInstanceRecord(const boost::shared_ptr<ICIMInstance>& instance)
 {
-    TInstanceRecord* made = new TInstanceRecord{{nullptr, cmpiInstanceFt}, instance};
-    made->record.hdl = &made->holder;
-    return &made->record;
+    return new TInstanceRecord(instance);
 }
 
 void deleteInstanceRecord(CMPIInstance* record)
 {
-    TInstanceRecord* made = reinterpret_cast<TInstanceRecord*>(record);
+    TInstanceRecord* made = static_cast<TInstanceRecord*>(record);
     made->holder.reset();
     delete made;
 }

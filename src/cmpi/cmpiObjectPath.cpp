@@ -19,36 +19,35 @@ CMPIObjectPath* ref2CMPIObjectPath(const TCIMReference& ref)
 
 namespace {
 
-struct TOwningObjectPath {
-    TOwningObjectPath() = default;
-    explicit TOwningObjectPath(const TCIMReference& from) : reference(from) {}
+// The record is the base of what it is made with, so that a record's
+// address converts back by static_cast.
+struct TOwningObjectPath : CMPIObjectPath {
+    TOwningObjectPath() : CMPIObjectPath() { Bind(); }
+    explicit TOwningObjectPath(const TCIMReference& from) : CMPIObjectPath(), reference(from) { Bind(); }
 
-    CMPIObjectPath record;
+    void Bind()
+    {
+        hdl = &reference;
+        ft = cmpiObjectPathFt;
+    }
     TCIMReference reference;
 };
-
-CMPIObjectPath* Finish(TOwningObjectPath* made)
-{
-    made->record.hdl = &made->reference;
-    made->record.ft = cmpiObjectPathFt;
-    return &made->record;
-}
 
 }  // namespace
 
 CMPIObjectPath* newOwningObjectPath()
 {
-    return Finish(new TOwningObjectPath);
+    return new TOwningObjectPath;
 }
 
 CMPIObjectPath* newOwningObjectPath(const TCIMReference& from)
 {
-    return Finish(new TOwningObjectPath(from));
+    return new TOwningObjectPath(from);
 }
 
 void deleteOwningObjectPath(CMPIObjectPath* path)
 {
-    TOwningObjectPath* made = reinterpret_cast<TOwningObjectPath*>(path);
+    TOwningObjectPath* made = static_cast<TOwningObjectPath*>(path);
     made->reference.Clear();
     delete made;
 }

@@ -8,8 +8,12 @@ using NVURZENTA20::TCIMContext;
 namespace {
 
 // A result record and its cell, made and freed together.
-struct TResultRecord {
-    CMPIResult record;
+// The record is the base of what it is made with: see TInstanceRecord.
+struct TResultRecord : CMPIResult {
+    TResultRecord() : CMPIResult(), cell(nullptr) {
+        hdl = &cell;
+        ft = cmpiResultFt;
+    }
     TResultCell cell;
 };
 
@@ -17,16 +21,12 @@ struct TResultRecord {
 
 CMPIResult* newResultRecord()
 {
-    TResultRecord* made = new TResultRecord;
-    made->cell = nullptr;
-    made->record.hdl = &made->cell;
-    made->record.ft = cmpiResultFt;
-    return &made->record;
+    return new TResultRecord;
 }
 
 void deleteResultRecord(CMPIResult* result)
 {
-    delete reinterpret_cast<TResultRecord*>(result);
+    delete static_cast<TResultRecord*>(result);
 }
 
 boost::shared_ptr<ICIMInstance> resultInstance(const CMPIResult* result)
