@@ -1,29 +1,15 @@
 #include "Responses.h"
 
 #include <cstdio>
+#include <ostream>  // the Beast header below uses std::ostream without including it
+
+#include <boost/beast/http/status.hpp>
 
 #include "CimXml.h"
 
 namespace {
 
 const char kDocumentStart[] = "<?xml version=\"1.0\" encoding=\"utf-8\" ?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">";
-
-const char* ReasonPhrase(int status) {
-    switch (status) {
-        case 200: return "OK";
-        case 400: return "Bad Request";
-        case 401: return "Unauthorized";
-        case 403: return "Forbidden";
-        case 405: return "Method Not Allowed";
-        case 408: return "Request Timeout";
-        case 413: return "Payload Too Large";
-        case 431: return "Request Header Fields Too Large";
-        case 500: return "Internal Server Error";
-        case 501: return "Not Implemented";
-        case 503: return "Service Unavailable";
-        default: return "Error";
-    }
-}
 
 std::string ResponseStart(const TCimCall& call) {
     std::string text = kDocumentStart;
@@ -58,7 +44,8 @@ std::string ErrorDocument(const TCimCall& call, ECimStatus status, const std::st
 }
 
 std::string HeadText(int status, const THeaderFields& fields) {
-    std::string text = "HTTP/1.1 " + std::to_string(status) + " " + ReasonPhrase(status) + "\r\n";
+    const auto reason = boost::beast::http::obsolete_reason(static_cast<boost::beast::http::status>(status));
+    std::string text = "HTTP/1.1 " + std::to_string(status) + " " + std::string(reason.data(), reason.size()) + "\r\n";
     for (const auto& field : fields) text += field.first + ": " + field.second + "\r\n";
     return text + "\r\n";
 }
