@@ -190,25 +190,23 @@ void TCimXmlAnswer::AppendPropertyOpening(std::string& out, const TPropertyView&
 
 const TCimXmlAnswer::TPropertyTags& TCimXmlAnswer::TagsOf(const TPropertyView& property,
                                                           const TInstanceView& instance) {
-    const auto matches = [&](const TPropertyTags& tags) {
-        return tags.decl == property.decl && tags.className == *instance.className;
-    };
-    if (fNextTags < fTags.size() && matches(fTags[fNextTags])) return fTags[fNextTags++];
-    for (std::size_t i = 0; i < fTags.size(); ++i) {
-        if (!matches(fTags[i])) continue;
-        fNextTags = i + 1;
-        return fTags[i];
+    std::vector<TPropertyTags>& known = fClass->properties;
+    std::size_t& next = fClass->next;
+    if (next < known.size() && known[next].decl == property.decl) return known[next++];
+    for (std::size_t i = 0; i < known.size(); ++i) {
+        if (known[i].decl != property.decl) continue;
+        next = i + 1;
+        return known[i];
     }
     TPropertyTags tags;
     tags.decl = property.decl;
-    tags.className = *instance.className;
     AppendPropertyOpening(tags.opening, property, instance);
     tags.closing = std::string("</") + PropertyElement(property.decl->GetType(), property.decl->IsArray(), false) + ">";
     tags.openingWithValue = tags.opening + "<VALUE>";
     tags.closingWithValue = "</VALUE>" + tags.closing;
-    fTags.push_back(std::move(tags));
-    fNextTags = fTags.size();
-    return fTags.back();
+    known.push_back(std::move(tags));
+    next = known.size();
+    return known.back();
 }
 
 void TCimXmlAnswer::AppendProperty(std::string& out, const TPropertyView& property, const TInstanceView& instance) {
@@ -235,18 +233,20 @@ void TCimXmlAnswer::AppendProperty(std::string& out, const TPropertyView& proper
 }
 
 void TCimXmlAnswer::UpdateClassTags(const std::string& className) {
-    if (className == fTaggedClassName) return;
-    fTaggedClassName = className;
-    fInstanceOpening = "<INSTANCE";
-    AppendXmlAttribute(fInstanceOpening, "CLASSNAME", className);
-    fInstanceOpening += '>';
-    fNameOpening.clear();
-    AppendInstanceNameOpening(fNameOpening, className);
+    if (fClass != nullptr && className == *fClassName) return;
+    const auto found = fClasses.emplace(className, TClassTags());
+    fClass = &found.first->second;
+    fClassName = &found.first->first;
+    if (!found.second) return;
+    fClass->instanceOpening = "<INSTANCE";
+    AppendXmlAttribute(fClass->instanceOpening, "CLASSNAME", className);
+    fClass->instanceOpening += '>';
+    AppendInstanceNameOpening(fClass->nameOpening, className);
 }
 
 void TCimXmlAnswer::AppendInstance(std::string& out, const TInstanceView& instance) {
     UpdateClassTags(*instance.className);
-    out += fInstanceOpening;
+    out += fClass->instanceOpening;
     for (const TPropertyView& property : *instance.properties) AppendProperty(out, property, instance);
     out += "</INSTANCE>";
 }
@@ -264,7 +264,7 @@ void TCimXmlAnswer::Instance(const TInstanceView& instance) {
         out += "<VALUE.NAMEDINSTANCE>";
         // The instance's path and the instance name one class.
         UpdateClassTags(*instance.className);
-        out += fNameOpening;
+        out += fClass->nameOpening;
         AppendKeyBindings(out, *instance.path.keys);
         out += "</INSTANCENAME>";
         AppendInstance(out, instance);

@@ -7,6 +7,7 @@
 #ifndef ZENTA_OPS_CIMXMLANSWER_H
 #define ZENTA_OPS_CIMXMLANSWER_H
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -45,27 +46,31 @@ private:
     // declaration and the instance's class: made once per request.
     struct TPropertyTags {
         const NVURZENTA20::ICIMPropertyDecl* decl;
-        std::string className;  // kept as text: a view's strings may move between elements
         std::string opening;           // <PROPERTY ...> and its qualifiers
         std::string closing;           // </PROPERTY>
         std::string openingWithValue;  // ...<VALUE>, for a scalar
         std::string closingWithValue;  // </VALUE></PROPERTY>
     };
+    // What depends on the class alone: `<INSTANCE CLASSNAME="...">`,
+    // `<INSTANCENAME CLASSNAME="...">` and its properties' tags.
+    struct TClassTags {
+        std::string instanceOpening;
+        std::string nameOpening;
+        std::vector<TPropertyTags> properties;
+        std::size_t next = 0;  // properties come in the same order, instance after instance
+    };
+    // The tags of `property` of the current class.
     const TPropertyTags& TagsOf(const TPropertyView& property, const TInstanceView& instance);
-
-    // `<INSTANCE CLASSNAME="...">` and `<INSTANCENAME CLASSNAME="...">` of
-    // the class the last instance had.
+    // Makes the class of the instance being written the current one.
     void UpdateClassTags(const std::string& className);
-    std::string fTaggedClassName;
-    std::string fInstanceOpening;
-    std::string fNameOpening;
+    std::map<std::string, TClassTags> fClasses;  // by the class name's text: views' strings may move
+    TClassTags* fClass = nullptr;
+    const std::string* fClassName = nullptr;  // the key of fClass in fClasses
 
     TOutputBuffer& fOut;
     EVerb fVerb;
     std::string fNamespacePath;  // <NAMESPACEPATH> of the full paths walks answer with
     EAnswerKind fKind = EAnswerKind::kInstances;
-    std::vector<TPropertyTags> fTags;
-    std::size_t fNextTags = 0;  // properties come in the same order, instance after instance
 };
 
 // The host name that full paths name: this machine's.
