@@ -388,9 +388,15 @@ void TOperations::EnumerateInstances(const TRequest& request, IAnswerWriter& wri
     TClasses classes(1, RequireClass(request.className));
     classes.front()->EnumerateSubClasses(AppendTo(classes), true, TCIMContext());
     const std::string className = classes.front()->GetName(TCIMContext());
-    TClasses served;
+    struct TServed {
+        boost::shared_ptr<ICIMClass> cls;
+        std::string name;
+        std::string provider;
+    };
+    std::vector<TServed> served;
     for (const auto& cls : classes) {
-        if (!ProviderOf(*cls).empty()) served.push_back(cls);
+        std::string provider = ProviderOf(*cls);
+        if (!provider.empty()) served.push_back(TServed{cls, cls->GetName(TCIMContext()), std::move(provider)});
     }
     if (served.empty()) {
         throw TToolError("class " + className + " is served by no provider, nor is any of its subclasses",
@@ -399,12 +405,11 @@ void TOperations::EnumerateInstances(const TRequest& request, IAnswerWriter& wri
     TInstanceRenderer renderer(writer, SelectionOf(request, classes.front()));
     writer.Begin(namesOnly ? EAnswerKind::kInstancePaths : EAnswerKind::kInstances);
     const TInstanceCallback write = renderer.Writer(namesOnly);
-    for (const auto& cls : served) {
-        const std::string provider = ProviderOf(*cls);
-        RequireMiKind(cls->GetName(TCIMContext()), provider, "Instance", "enumerations");
+    for (const TServed& one : served) {
+        RequireMiKind(one.name, one.provider, "Instance", "enumerations");
         // Each served class is asked for its own instances only.
-        CallProvider(cls->GetName(TCIMContext()), provider, [&] { cls->EnumerateInstances(write, false, TCIMContext()); });
-        CheckProvider(cls->GetName(TCIMContext()), provider);
+        CallProvider(one.name, one.provider, [&] { one.cls->EnumerateInstances(write, false, TCIMContext()); });
+        CheckProvider(one.name, one.provider);
     }
     writer.End();
 }
