@@ -239,13 +239,17 @@ void TIntrinsicParameters::PropertyList(const pugi::xml_node& value) {
     }
 }
 
+bool IsAssociators(EVerb verb) { return verb == EVerb::kAssociators || verb == EVerb::kAssociatorNames; }
+bool IsWalk(EVerb verb) {
+    return IsAssociators(verb) || verb == EVerb::kReferences || verb == EVerb::kReferenceNames;
+}
+
 void TIntrinsicParameters::Read(const pugi::xml_node& parameter) {
     const std::string name = parameter.attribute("NAME").value();
     const pugi::xml_node value = ContentOf(parameter, name);
     const EVerb verb = request.verb;
-    const bool walk = verb == EVerb::kAssociators || verb == EVerb::kAssociatorNames || verb == EVerb::kReferences ||
-                      verb == EVerb::kReferenceNames;
-    const bool associators = verb == EVerb::kAssociators || verb == EVerb::kAssociatorNames;
+    const bool walk = IsWalk(verb);
+    const bool associators = IsAssociators(verb);
     const bool names = verb == EVerb::kEnumerateInstanceNames || verb == EVerb::kAssociatorNames ||
                        verb == EVerb::kReferenceNames || verb == EVerb::kEnumerateClassNames;
     const bool classVerb = verb == EVerb::kGetClass || verb == EVerb::kEnumerateClasses ||
@@ -330,9 +334,7 @@ void RequireParameters(const TRequest& request, const std::string& method) {
     const bool needsClass = request.verb == EVerb::kGetClass || request.verb == EVerb::kEnumerateInstances ||
                             request.verb == EVerb::kEnumerateInstanceNames;
     if (needsClass && request.className.empty()) BadParameter(method + " needs ClassName");
-    const bool needsPath = request.verb == EVerb::kGetInstance || request.verb == EVerb::kAssociators ||
-                           request.verb == EVerb::kAssociatorNames || request.verb == EVerb::kReferences ||
-                           request.verb == EVerb::kReferenceNames;
+    const bool needsPath = request.verb == EVerb::kGetInstance || IsWalk(request.verb);
     if (needsPath && request.path.empty()) {
         BadParameter(method + (request.verb == EVerb::kGetInstance ? " needs InstanceName" : " needs ObjectName"));
     }
