@@ -14,10 +14,12 @@ TCIMDateTime* newDateTime(const char* text)
     return new TCIMDateTime(std::string(text));
 }
 
-TCIMDateTime dateTimeOfRecord(const CMPIDateTime* record)
+const TCIMDateTime& dateTimeOfRecord(const CMPIDateTime* record)
 {
+    // Never destroyed: records may still be read while the process exits.
+    static const TCIMDateTime* const defaultDate = new TCIMDateTime(std::string(kDefaultDateTimeText));
     if (record->hdl == record) {
-        return TCIMDateTime(kDefaultDateTimeText);
+        return *defaultDate;
     }
     return *static_cast<const TCIMDateTime*>(record->hdl);
 }

@@ -15,9 +15,10 @@ extern const char* const kDefaultDateTimeText;
 // that is no CIM date-time.
 NVURZENTA20::TCIMDateTime* newDateTime(const char* text);
 
-// The date a record stands for. Records made by value conversion carry no
-// date (their handle is the record itself) and stand for the default one.
-NVURZENTA20::TCIMDateTime dateTimeOfRecord(const CMPIDateTime* record);
+// The date a record stands for, read in place: every date-time property a
+// provider sets passes here. Records made by value conversion carry no date
+// (their handle is the record itself) and stand for the default one.
+const NVURZENTA20::TCIMDateTime& dateTimeOfRecord(const CMPIDateTime* record);
 
 // A new, unregistered record that owns `dateTime`.
 CMPIDateTime* newDateTimeRecord(NVURZENTA20::TCIMDateTime* dateTime);

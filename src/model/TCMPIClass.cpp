@@ -1,5 +1,7 @@
 #include "TCMPIClass.h"
 
+#include <utility>
+
 #include <boost/bind/bind.hpp>
 #include <boost/make_shared.hpp>
 
@@ -263,17 +265,17 @@ void TCMPIClass::EnumerateInstancesImpl(const TInstanceCallback& callback, bool 
 // The same class object has the same name: the names are compared only
 // when the instance's class is another object.
 bool TCMPIClass::AddInstance(boost::shared_ptr<ICIMInstance> instance) {
-    if (fgEnumerateInstancesContinue().empty()) return fClass->AddInstance(instance);
-    if (!fgEnumerateInstancesContinue().top()) return false;
+    std::stack<bool>& goOn = fgEnumerateInstancesContinue();
+    if (goOn.empty()) return fClass->AddInstance(instance);
+    if (!goOn.top()) return false;
     const boost::shared_ptr<ICIMClass> instanceClass = instance->GetClass(TCIMContext());
     const boost::shared_ptr<const ICIMClass>& enumerated = fgEnumerateInstancesClass().top();
     if (instanceClass != enumerated &&
         instanceClass->GetName(TCIMContext()) != enumerated->GetName(TCIMContext())) {
         return fClass->AddInstance(instance);
     }
-    if ((*fgEnumerateInstancesCallback().top())(instance)) return true;
-    fgEnumerateInstancesContinue().pop();
-    fgEnumerateInstancesContinue().push(false);
+    if ((*fgEnumerateInstancesCallback().top())(std::move(instance))) return true;
+    goOn.top() = false;
     return false;
 }
 

@@ -12,11 +12,12 @@ TCMPIInstance::TCMPIInstance(boost::shared_ptr<ICIMClass> cls, TCIMContext)
 TCMPIInstance::~TCMPIInstance() {}
 
 // Provider instances are filed with their CMPI-backed class, which hands
-// them to the enumeration in progress; the repository is not touched.
+// them to the enumeration in progress; the repository is not touched. Every
+// instance a provider returns passes here: this instance's own reference
+// is handed on without a cast.
 bool TCMPIInstance::AddToNamespace(TCIMContext) {
     boost::shared_ptr<TCMPIClass> cls = cmpiCast<TCMPIClass>(GetClass(TCIMContext()));
-    boost::shared_ptr<TCMPIInstance> self = cmpiCast<TCMPIInstance>(shared_from_this());
-    return cls->AddInstance(self);
+    return cls->AddInstance(shared_from_this());
 }
 
 TCIMValue TCMPIInstance::InvokeMethod(const std::string& name, TCIMContext& parameters, TCIMContext) {
