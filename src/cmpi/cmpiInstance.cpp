@@ -9,6 +9,7 @@
 #include "TCMPIInstance.h"
 #include "TRootObject.h"
 #include "TZENTAException.h"
+#include "RecordPool.h"
 #include "TAddToVectorCallback.h"
 #include "cmpiInstanceRegistry.h"
 #include "cmpiObjectPath.h"
@@ -27,11 +28,11 @@ std::vector<boost::shared_ptr<ICIMProperty> > allProps;
 
 namespace {
 
-// A record and the holder its handle points at, made and freed together:
-// a provider makes one for every instance it returns.
-// The record and what its handle points at, in one allocation; the record
-// is the base, so that a record's address converts back by static_cast.
-struct TInstanceRecord : CMPIInstance {
+// A record and the holder its handle points at, made and freed together
+// in one block: a provider makes one for every instance it returns. The
+// record is the base, so that a record's address converts back by
+// static_cast.
+struct TInstanceRecord : CMPIInstance, TPooledRecord<TInstanceRecord> {
     explicit TInstanceRecord(const boost::shared_ptr<ICIMInstance>& instance) : CMPIInstance(), holder(instance) {
         hdl = &holder;
         ft = cmpiInstanceFt;
@@ -40,6 +41,11 @@ struct TInstanceRecord : CMPIInstance {
 };
 
 }  // namespace
+
+std::size_t keptInstanceRecordBytes()
+{
+    return TInstanceRecord::KeptBytes();
+}
 
 CMPIInstance* newInstanceRecord(const boost::shared_ptr<ICIMInstance>& instance)
 {
@@ -145,7 +151,7 @@ CMPIData instGetPropertyAt(const CMPIInstance*, CMPICount index, CMPIString** na
     return data;
 }
 
-void logFailedWrite(const TCMPIInstance& instance, const char* name)
+void logFailedWrite(const ICIMInstance& instance, const char* name)
 {
     std::string className;
     if (boost::shared_ptr<NVURZENTA20::ICIMClass> cls = instance.GetClass(TCIMContext())) {
@@ -157,18 +163,20 @@ void logFailedWrite(const TCMPIInstance& instance, const char* name)
 }
 
 // A write the instance refuses with "not found" is passed over; any other
-// refusal abandons the provider call that made it.
+// refusal abandons the provider call that made it. Every property a
+// provider sets passes here: the instance is used through the record's own
+// reference, not a copy of it.
 CMPIStatus instSetProperty(const CMPIInstance* record, const char* name, const CMPIValue* value, CMPIType type)
 {
     const TCIMValue converted = convertCMPIValue(value, type, nullptr);
     if (converted.IsNull()) {
         return makeStatus(CMPI_RC_OK);
     }
-    boost::shared_ptr<TCMPIInstance> instance = cmpiInstanceOf(record);
+    ICIMInstance& instance = *instanceOfRecord(record);
     try {
-        instance->SetPropertyValue(name, converted, TCIMContext());
+        instance.SetPropertyValue(name, converted, TCIMContext());
     } catch (const TZENTAException& failure) {
-        logFailedWrite(*instance, name);
+        logFailedWrite(instance, name);
         if (failure.GetStatusCode() != TZENTAStatusCode::kNotFound) {
             throw TZENTAException(failure.GetStatusCode(), failure.GetMessage());
         }

@@ -3,6 +3,7 @@
 #ifndef ZENTA_CMPI_CMPIINSTANCE_H
 #define ZENTA_CMPI_CMPIINSTANCE_H
 
+#include <cstddef>
 #include <vector>
 
 #include <boost/shared_ptr.hpp>
@@ -24,6 +25,8 @@ CMPIInstance* newInstanceRecord(const boost::shared_ptr<NVURZENTA20::ICIMInstanc
 // Drops the record's reference to the instance and frees the holder and
 // the record.
 void deleteInstanceRecord(CMPIInstance* record);
+// The memory of freed records kept for the next ones (bounded).
+std::size_t keptInstanceRecordBytes();
 // The host instance behind a record.
 const boost::shared_ptr<NVURZENTA20::ICIMInstance>& instanceOfRecord(const CMPIInstance* record);
 

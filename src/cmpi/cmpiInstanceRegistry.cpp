@@ -86,6 +86,11 @@ std::size_t CMPINSPInstanceRegistry::GetRecordCount() const
            fArrays.size() + fEnumerations.size() + fDateTimes.size();
 }
 
+std::size_t CMPINSPInstanceRegistry::GetKeptRecordBytes()
+{
+    return keptInstanceRecordBytes() + keptObjectPathBytes();
+}
+
 // The order is fixed. Results go last and free only their own cells: the
 // instance holders their cells point at were freed with the instances.
 void CMPINSPInstanceRegistry::ClearInstances()

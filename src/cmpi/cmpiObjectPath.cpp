@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "RecordPool.h"
 #include "cmpiStatus.h"
 #include "cmpiValue.h"
 
@@ -21,7 +22,7 @@ namespace {
 
 // The record is the base of what it is made with, so that a record's
 // address converts back by static_cast.
-struct TOwningObjectPath : CMPIObjectPath {
+struct TOwningObjectPath : CMPIObjectPath, TPooledRecord<TOwningObjectPath> {
     TOwningObjectPath() : CMPIObjectPath() { Bind(); }
     explicit TOwningObjectPath(const TCIMReference& from) : CMPIObjectPath(), reference(from) { Bind(); }
 
@@ -34,6 +35,11 @@ struct TOwningObjectPath : CMPIObjectPath {
 };
 
 }  // namespace
+
+std::size_t keptObjectPathBytes()
+{
+    return TOwningObjectPath::KeptBytes();
+}
 
 CMPIObjectPath* newOwningObjectPath()
 {

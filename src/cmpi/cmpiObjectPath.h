@@ -5,6 +5,8 @@
 #ifndef ZENTA_CMPI_CMPIOBJECTPATH_H
 #define ZENTA_CMPI_CMPIOBJECTPATH_H
 
+#include <cstddef>
+
 #include "TCIMReference.h"
 #include "TCIMValue.h"
 #include "cmpift.h"
@@ -25,5 +27,7 @@ CMPIObjectPath* newOwningObjectPath(const NVURZENTA20::TCIMReference& from);
 // Frees a record made by newOwningObjectPath: clears its reference and
 // frees both.
 void deleteOwningObjectPath(CMPIObjectPath* path);
+// The memory of freed records kept for the next ones (bounded).
+std::size_t keptObjectPathBytes();
 
 #endif

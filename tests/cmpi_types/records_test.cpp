@@ -234,6 +234,39 @@ TEST_F(RegistryClearTest, EveryKindIsFreedOnceAndTheRegistryIsUsableAgain)
     EXPECT_EQ(Registered(), 1u);
 }
 
+// The memory of freed instance and path records is kept for the next
+// request, but only up to a bound: a huge request must not pin its records'
+// memory for good. A record made from a kept block starts as a fresh one.
+TEST_F(RegistryClearTest, FreedRecordsAreKeptForReuseUpToABoundAndStartFresh)
+{
+    const boost::shared_ptr<TCMPIInstance> instance = fRepository.NewInstance("kept", 1);
+    const auto makeRequest = [&](std::size_t records) {
+        for (std::size_t i = 0; i < records; ++i) {
+            CMPIObjectPath* path = newOwningObjectPath();
+            *static_cast<TCIMReference*>(path->hdl) = TCIMReference::Parse("Old.k=\"" + std::to_string(i) + "\"");
+            Registry()->RegisterObjectPath(path);
+            RegisteredRecord(instance);
+        }
+        Registry()->ClearInstances();
+    };
+    makeRequest(100000);
+    const std::size_t keptLarge = Registry()->GetKeptRecordBytes();
+    // Well under what 100,000 paths and records take (over 20 MB).
+    EXPECT_LT(keptLarge, 2u * 1024 * 1024);
+    // Nothing is kept when the process runs under AddressSanitizer.
+    if (keptLarge > 0) {
+        CMPIObjectPath* path = newOwningObjectPath();
+        Registry()->RegisterObjectPath(path);
+        EXPECT_LT(Registry()->GetKeptRecordBytes(), keptLarge);
+        const TCIMReference& fresh = *static_cast<const TCIMReference*>(path->hdl);
+        EXPECT_EQ(fresh.GetClassName(), "");
+        EXPECT_TRUE(fresh.GetKeyBindings().empty());
+        EXPECT_EQ(path->ft, cmpiObjectPathFt);
+    }
+    Registry()->ClearInstances();
+    EXPECT_EQ(instance.use_count(), 1);
+}
+
 TEST_F(RegistryClearTest, HostObjectsAreDroppedInTheFixedOrderAndResultsLast)
 {
     // Registered in the reverse of the clearing order. A path names its
