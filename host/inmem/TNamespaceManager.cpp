@@ -10,15 +10,31 @@ namespace NVURZENTA20 {
 
 namespace {
 
+// The key as a string made once: every class look-up of a provider reads
+// it, and the context's map looks keys up as strings.
+const std::string& OriginKey() {
+    static const std::string* const key = new std::string(TNamespaceManager::kOriginKey);
+    return *key;
+}
+
 // The origin of a request: the "nspID" string of its context, "" for a
 // plain request.
+// A provider's request carries the origin alone: that entry is read
+// without a search.
 bool HasRequestOrigin(const TCIMContext& context) {
-    auto found = context.find(TNamespaceManager::kOriginKey);
-    return found != context.end() && !found->second.IsNull() && !found->second.IsArray() &&
-           found->second.GetType() == TCIMValue::TCIMType::kString && !found->second.GetStringView().empty();
+    if (context.empty()) return false;
+    const auto found = context.size() == 1 ? context.begin() : context.find(OriginKey());
+    if (found == context.end() || found->first != OriginKey()) return false;
+    const TCIMValue& origin = found->second;
+    return !origin.IsNull() && !origin.IsArray() && origin.GetType() == TCIMValue::TCIMType::kString &&
+           !origin.GetStringView().empty();
 }
 
 const char* const kRootClassName = "<root>";
+
+bool IsRootClassName(const std::string& name) {
+    return !name.empty() && name[0] == kRootClassName[0] && name == kRootClassName;
+}
 
 // A routed request goes on as a plain one: the provider namespace answers
 // class look-ups by asking the manager again, and must get the
@@ -203,7 +219,7 @@ boost::shared_ptr<ICIMNamespace> TNamespaceManager::GetServingNamespace(const st
 // The provider namespace's class is kept only for requests whose context
 // holds nothing but their origin: another entry might change its answer.
 boost::shared_ptr<ICIMClass> TNamespaceManager::GetClass(const std::string& name, TCIMContext context) {
-    if (!HasRequestOrigin(context) || name == kRootClassName) return fRepository->GetClass(name, context);
+    if (!HasRequestOrigin(context) || IsRootClassName(name)) return fRepository->GetClass(name, context);
     // A context of the origin alone (the usual provider request) is answered
     // from a known route under one lock, without making the plain context.
     if (context.size() == 1) {
