@@ -104,7 +104,7 @@ CMPIObjectPath* newCMPIObjectPath(const CMPIBroker* broker, const char* ns, cons
 }
 
 CMPIString* newCMPIString(const CMPIBroker*, const char* text, CMPIStatus* rc) {
-    CMPIString* record = NewRecord<CMPIString>(strdup(text), cmpiStringFt);
+    CMPIString* record = newStringRecord(text);
     Registry()->RegisterString(record);
     setStatus(rc, CMPI_RC_OK);
     return record;

@@ -3,20 +3,54 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "RecordPool.h"
 #include "cmpiStatus.h"
+
+namespace {
+
+// A provider is handed a string record for every class name, namespace and
+// string key it reads; most of those texts are short. They are copied into
+// the record's own block, which is kept for reuse like the instance
+// records: one allocation at most instead of two, none in the steady
+// state. Longer texts get a heap copy of their own.
+struct TStringRecord : CMPIString, TPooledRecord<TStringRecord> {
+    static constexpr std::size_t kInlineBytes = 48;
+    char inlineText[kInlineBytes];
+};
+
+bool ownsHeapText(const CMPIString* string)
+{
+    return string->hdl != nullptr && string->hdl != static_cast<const TStringRecord*>(string)->inlineText;
+}
+
+void freeText(CMPIString* string)
+{
+    if (ownsHeapText(string)) {
+        std::free(string->hdl);
+    }
+    string->hdl = nullptr;
+}
+
+}  // namespace
 
 CMPIString* newStringRecord(const char* text)
 {
-    CMPIString* string = new CMPIString;
-    string->hdl = strdup(text);
+    TStringRecord* string = new TStringRecord;
+    const std::size_t length = std::strlen(text);
+    if (length < TStringRecord::kInlineBytes) {
+        std::memcpy(string->inlineText, text, length + 1);
+        string->hdl = string->inlineText;
+    } else {
+        string->hdl = strdup(text);
+    }
     string->ft = cmpiStringFt;
     return string;
 }
 
 void deleteStringRecord(CMPIString* string)
 {
-    std::free(string->hdl);
-    delete string;
+    freeText(string);
+    delete static_cast<TStringRecord*>(string);
 }
 
 namespace {
@@ -26,8 +60,7 @@ namespace {
 // second time.
 CMPIStatus stringRelease(CMPIString* string)
 {
-    std::free(string->hdl);
-    string->hdl = nullptr;
+    freeText(string);
     return makeStatus(CMPI_RC_OK);
 }
 

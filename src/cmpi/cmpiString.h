@@ -1,4 +1,5 @@
-// CMPIString records: hdl is a heap C string made by strdup.
+// CMPIString records: hdl is the record's own copy of the characters; a
+// short text is kept in the record's block, a longer one is a strdup copy.
 #ifndef ZENTA_CMPI_CMPISTRING_H
 #define ZENTA_CMPI_CMPISTRING_H
 
@@ -6,9 +7,9 @@
 
 extern CMPIStringFT* cmpiStringFt;
 
-// A new, unregistered string record over a strdup copy of `text`.
+// A new, unregistered string record over a copy of `text`.
 CMPIString* newStringRecord(const char* text);
-// Frees the characters (with free) and the record.
+// Frees the characters and the record.
 void deleteStringRecord(CMPIString* string);
 
 #endif

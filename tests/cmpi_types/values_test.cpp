@@ -214,6 +214,29 @@ TEST_F(RegistryTest, StringClonesAreTheCallersAndReleaseLeavesTheRecordToTheRegi
     EXPECT_EQ(Registered(), 0u);
 }
 
+// Short texts live in the record's block, longer ones beside it: every
+// length either side of the boundary reads back whole, and releasing and
+// clearing free each text once, whichever way a record holds it.
+TEST_F(RegistryTest, StringsOfEveryLengthReadBackAndAreFreedOnce)
+{
+    for (const std::size_t length : {0u, 1u, 46u, 47u, 48u, 49u, 4096u}) {
+        const std::string text(length, 'x');
+        CMPIString* released = string2CMPIString(text);
+        CMPIString* kept = string2CMPIString(text + "y");
+        EXPECT_EQ(Text(released), text) << length;
+        EXPECT_EQ(Text(kept), text + "y") << length;
+        CMPIString* clone = kept->ft->clone(kept, nullptr);
+        EXPECT_EQ(Text(clone), text + "y") << length;
+        EXPECT_NE(clone->hdl, kept->hdl) << length;
+        EXPECT_EQ(released->ft->release(released).rc, CMPI_RC_OK);
+        EXPECT_EQ(released->hdl, nullptr) << length;
+        deleteStringRecord(clone);
+    }
+    EXPECT_EQ(Registered(), 14u);
+    Registry()->ClearInstances();
+    EXPECT_EQ(Registered(), 0u);
+}
+
 class ArrayTest : public RegistryTest {
 protected:
     // A registered array like the broker's: elements typed, state null.
