@@ -392,7 +392,7 @@ void TCIMReference::AddKeyValue(const std::string& name, const TCIMValue& value)
         position->first = name;
         position->second = value;
     } else {
-        fKeys.insert(position, std::make_pair(name, value));
+        fKeys.emplace(position, name, value);
     }
 }
 
