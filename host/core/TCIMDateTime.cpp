@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "TZENTAException.h"
 
@@ -215,9 +216,35 @@ long long FloorDivide(long long value, long long divisor) {
 
 TCIMDateTime::TCIMDateTime() {}
 
+namespace {
+
+// Providers stamp many instances with the same date-time: the text last
+// found valid on this thread is not checked again.
+struct TLastValid {
+    char text[TCIMDateTime::kTextLength];
+    bool known;
+};
+thread_local TLastValid gLastValid = {};
+
+bool IsLastValid(const std::string& text) {
+    return gLastValid.known && text.size() == sizeof(gLastValid.text) &&
+           std::memcmp(text.data(), gLastValid.text, sizeof(gLastValid.text)) == 0;
+}
+
+void RememberValid(const std::string& text) {
+    if (text.size() != sizeof(gLastValid.text)) return;
+    std::memcpy(gLastValid.text, text.data(), sizeof(gLastValid.text));
+    gLastValid.known = true;
+}
+
+}  // namespace
+
 TCIMDateTime::TCIMDateTime(const std::string& text) : fText(text) {
+    if (IsLastValid(text)) return;
     const std::string problem = FindProblem(text);
-    if (!problem.empty()) {
+    if (problem.empty()) {
+        RememberValid(text);
+    } else {
         throw TZENTAException(TZENTAStatusCode::kInvalidDateTime,
                               "invalid date-time " + Quote(text) + ": " + problem);
     }
