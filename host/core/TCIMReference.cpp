@@ -1,6 +1,7 @@
 #include "TCIMReference.h"
 
 #include <algorithm>
+#include <atomic>
 #include <charconv>
 #include <limits>
 #include <utility>
@@ -427,9 +428,58 @@ void TCIMReference::AppendKeyBinding(std::string& out, const std::string& name, 
 
 // --- resolution ------------------------------------------------------------
 
+namespace {
+
+// The namespaces with a look-up of their own. A reader holds the namespace
+// it asks about, so that namespace cannot unregister (it does so as it is
+// destroyed) while its look-up is read; slots are only scanned up to the
+// highest one ever used.
+struct TClassLookupSlot {
+    std::atomic<const ICIMNamespace*> ns;
+    std::atomic<TCIMReference::TClassLookup> lookup;
+};
+const std::size_t kClassLookupSlots = 16;
+TClassLookupSlot gClassLookups[kClassLookupSlots];
+std::atomic<std::size_t> gClassLookupsUsed(0);
+
+TCIMReference::TClassLookup ClassLookupOf(const ICIMNamespace* ns) {
+    const std::size_t used = gClassLookupsUsed.load(std::memory_order_acquire);
+    for (std::size_t i = 0; i < used; ++i) {
+        if (gClassLookups[i].ns.load(std::memory_order_acquire) == ns) {
+            return gClassLookups[i].lookup.load(std::memory_order_acquire);
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+// With every slot taken, a namespace simply goes without: its GetClass
+// answers the same, at the cost of the copy.
+void TCIMReference::RegisterClassLookup(const ICIMNamespace* ns, TClassLookup lookup) {
+    for (std::size_t i = 0; i < kClassLookupSlots; ++i) {
+        const ICIMNamespace* empty = nullptr;
+        if (!gClassLookups[i].ns.compare_exchange_strong(empty, ns, std::memory_order_acq_rel)) continue;
+        gClassLookups[i].lookup.store(lookup, std::memory_order_release);
+        std::size_t used = gClassLookupsUsed.load(std::memory_order_acquire);
+        while (used < i + 1 && !gClassLookupsUsed.compare_exchange_weak(used, i + 1, std::memory_order_acq_rel)) {
+        }
+        return;
+    }
+}
+
+void TCIMReference::UnregisterClassLookup(const ICIMNamespace* ns) {
+    for (std::size_t i = 0; i < kClassLookupSlots; ++i) {
+        if (gClassLookups[i].ns.load(std::memory_order_acquire) != ns) continue;
+        gClassLookups[i].lookup.store(nullptr, std::memory_order_release);
+        gClassLookups[i].ns.store(nullptr, std::memory_order_release);
+    }
+}
+
 boost::shared_ptr<ICIMClass> TCIMReference::GetClass() const {
     const boost::shared_ptr<ICIMNamespace> ns = fNamespace.lock();
     if (!ns) return boost::shared_ptr<ICIMClass>();
+    if (const TClassLookup lookup = ClassLookupOf(ns.get())) return lookup(*ns, fClassName, GetContext());
     return ns->GetClass(fClassName, GetContext());
 }
 

@@ -82,9 +82,17 @@ boost::shared_ptr<INamespaceProvider> TNamespaceManager::GetManagerProvider() {
     return provider;
 }
 
-TNamespaceManager::TNamespaceManager(boost::shared_ptr<ICIMNamespace> repository) : fRepository(repository) {}
+TNamespaceManager::TNamespaceManager(boost::shared_ptr<ICIMNamespace> repository) : fRepository(repository) {
+    TCIMReference::RegisterClassLookup(this, &TNamespaceManager::LookUpClassOf);
+}
 
-TNamespaceManager::~TNamespaceManager() {}
+TNamespaceManager::~TNamespaceManager() { TCIMReference::UnregisterClassLookup(this); }
+
+// Registered for this manager only: `manager` is one.
+boost::shared_ptr<ICIMClass> TNamespaceManager::LookUpClassOf(ICIMNamespace& manager, const std::string& name,
+                                                              const TCIMContext& context) {
+    return static_cast<TNamespaceManager&>(manager).LookUpClass(name, context);
+}
 
 void TNamespaceManager::AttachProviderNamespace(const std::string& name, boost::shared_ptr<ICIMNamespace> ns) {
     if (!ns || ns.get() == this) {
@@ -219,6 +227,10 @@ boost::shared_ptr<ICIMNamespace> TNamespaceManager::GetServingNamespace(const st
 // The provider namespace's class is kept only for requests whose context
 // holds nothing but their origin: another entry might change its answer.
 boost::shared_ptr<ICIMClass> TNamespaceManager::GetClass(const std::string& name, TCIMContext context) {
+    return LookUpClass(name, context);
+}
+
+boost::shared_ptr<ICIMClass> TNamespaceManager::LookUpClass(const std::string& name, const TCIMContext& context) {
     if (!HasRequestOrigin(context) || IsRootClassName(name)) return fRepository->GetClass(name, context);
     // A context of the origin alone (the usual provider request) is answered
     // from a known route under one lock, without making the plain context.

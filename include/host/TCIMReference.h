@@ -96,6 +96,17 @@ public:
     // The class the path names, resolved through the path's own namespace
     // with the path's own context. Empty when there is no namespace.
     boost::shared_ptr<ICIMClass> GetClass() const;
+
+    // A class look-up that reads the context in place. ICIMNamespace takes
+    // the context by value, so resolving a path through it copies the
+    // path's context map; a provider resolves a path for every instance it
+    // makes. A namespace of the host registers its own look-up while it
+    // lives (it must answer exactly as its GetClass does), and GetClass
+    // uses it for paths that name that namespace.
+    typedef boost::shared_ptr<ICIMClass> (*TClassLookup)(ICIMNamespace& ns, const std::string& name,
+                                                          const TCIMContext& context);
+    static void RegisterClassLookup(const ICIMNamespace* ns, TClassLookup lookup);
+    static void UnregisterClassLookup(const ICIMNamespace* ns);
     // With `classOnly` true: the class the path names. With false: the
     // instance the path names when it has keys, else the class.
     boost::shared_ptr<ICIMElement> GetCIMElement(bool classOnly) const;

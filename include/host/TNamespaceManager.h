@@ -94,6 +94,12 @@ public:
 private:
     typedef std::vector<std::pair<std::string, boost::shared_ptr<ICIMNamespace> > > TProviderNamespaces;
 
+    // GetClass with the context read in place: what paths naming this
+    // manager resolve their class with (TCIMReference::RegisterClassLookup).
+    boost::shared_ptr<ICIMClass> LookUpClass(const std::string& name, const TCIMContext& context);
+    static boost::shared_ptr<ICIMClass> LookUpClassOf(ICIMNamespace& manager, const std::string& name,
+                                                      const TCIMContext& context);
+
     // Where the requests of providers for one class go: the repository's
     // class, the namespace serving it (empty: the repository), and the class
     // a request with nothing but its origin in the context gets (set on the

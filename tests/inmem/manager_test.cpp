@@ -1,5 +1,7 @@
 // The namespace manager: requests from providers ("nspID") reach the provider namespace serving the class.
+#include <memory>
 #include <set>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -168,6 +170,41 @@ TEST(ManagerWalks, FarEndsComeFromTheirOwnNamespaceWithOneLookUpEach) {
     EXPECT_EQ(associators(), expected);
     EXPECT_EQ(items->InstanceLookups(), 7) << "one miss, then the enumeration of the class serves the rest";
     EXPECT_EQ(items->ClassLookups(), 1);
+}
+
+// Paths resolve their class through the manager they name without copying
+// their context; with more managers alive than that road keeps track of,
+// or after managers come and go, every path still gets its own manager's
+// answer, and a path whose manager has gone gets none.
+TEST(ManagerLookUps, EveryPathGetsItsOwnManagersClassWhateverManagersComeAndGo) {
+    struct TServed {
+        boost::shared_ptr<TInmemNamespace> repository = StandardRepository();
+        boost::shared_ptr<TNamespaceManager> manager = TNamespaceManager::Create(repository);
+        boost::shared_ptr<ICIMClass> cls = repository->AllocateClass("Cls", {}, NoContext());
+        TCIMReference Path() const { return PathIn(manager); }
+        // Namespaces of other kinds may take the memory of managers that
+        // have gone: they must never be taken for one.
+        TCIMReference RepositoryPath() const { return PathIn(repository); }
+        static TCIMReference PathIn(const boost::shared_ptr<ICIMNamespace>& ns) {
+            TCIMReference path(ns, OriginContext("cmpi"));
+            path.SetClassName("Cls");
+            return path;
+        }
+    };
+    std::vector<std::unique_ptr<TServed>> served;
+    for (int i = 0; i < 24; ++i) served.emplace_back(new TServed);
+    const auto expectOwnAnswers = [&](const char* when) {
+        for (std::size_t i = 0; i < served.size(); ++i) {
+            EXPECT_EQ(served[i]->Path().GetClass(), served[i]->cls) << when << ", manager " << i;
+            EXPECT_EQ(served[i]->RepositoryPath().GetClass(), served[i]->cls) << when << ", repository " << i;
+        }
+    };
+    expectOwnAnswers("24 managers");
+    const TCIMReference orphan = served[3]->Path();
+    served.erase(served.begin(), served.begin() + 8);
+    EXPECT_FALSE(orphan.GetClass()) << "the manager has gone";
+    for (int i = 0; i < 8; ++i) served.emplace_back(new TServed);
+    expectOwnAnswers("after 8 went and 8 came");
 }
 
 TEST_F(Manager, EnumeratesTheProvidersOfItsNamespacesAndRefusesItself) {
