@@ -38,26 +38,38 @@ bool isUnsignedInteger(CMPIType type)
     return (type & CMPI_SINT) == CMPI_UINT;
 }
 
+// The scalar of type T at `bytes`, read with exactly its own width and
+// without assuming its alignment.
+template <class T>
+T readScalar(const void* bytes)
+{
+    T scalar;
+    std::memcpy(&scalar, bytes, sizeof(scalar));
+    return scalar;
+}
+
 // Integers, reals, booleans, char16 and date-times convert alike as
-// scalars and as array elements. False for every other type.
-bool setPlainValue(TCIMValue& target, CMPIType type, const CMPIValue& value)
+// scalars and as array elements. `bytes` is where the provider's value
+// lies: a variable of the scalar's own type, or a CMPIValue (whose members
+// all start at its first byte). False for every other type.
+bool setPlainValue(TCIMValue& target, CMPIType type, const void* bytes)
 {
     switch (type) {
-    case CMPI_boolean: target.Set(value.boolean != 0); return true;
-    case CMPI_char16: target.Set(TCIMChar16(value.char16)); return true;
-    case CMPI_real32: target.Set(value.real32); return true;
-    case CMPI_real64: target.Set(value.real64); return true;
-    case CMPI_uint8: target.Set(value.uint8); return true;
-    case CMPI_uint16: target.Set(value.uint16); return true;
-    case CMPI_uint32: target.Set(value.uint32); return true;
-    case CMPI_uint64: target.Set(value.uint64); return true;
-    case CMPI_sint8: target.Set(value.sint8); return true;
-    case CMPI_sint16: target.Set(value.sint16); return true;
-    case CMPI_sint32: target.Set(value.sint32); return true;
-    case CMPI_sint64: target.Set(value.sint64); return true;
+    case CMPI_boolean: target.Set(readScalar<CMPIBoolean>(bytes) != 0); return true;
+    case CMPI_char16: target.Set(TCIMChar16(readScalar<CMPIChar16>(bytes))); return true;
+    case CMPI_real32: target.Set(readScalar<CMPIReal32>(bytes)); return true;
+    case CMPI_real64: target.Set(readScalar<CMPIReal64>(bytes)); return true;
+    case CMPI_uint8: target.Set(readScalar<CMPIUint8>(bytes)); return true;
+    case CMPI_uint16: target.Set(readScalar<CMPIUint16>(bytes)); return true;
+    case CMPI_uint32: target.Set(readScalar<CMPIUint32>(bytes)); return true;
+    case CMPI_uint64: target.Set(static_cast<unsigned long long>(readScalar<CMPIUint64>(bytes))); return true;
+    case CMPI_sint8: target.Set(readScalar<CMPISint8>(bytes)); return true;
+    case CMPI_sint16: target.Set(readScalar<CMPISint16>(bytes)); return true;
+    case CMPI_sint32: target.Set(readScalar<CMPISint32>(bytes)); return true;
+    case CMPI_sint64: target.Set(static_cast<long long>(readScalar<CMPISint64>(bytes))); return true;
     case CMPI_dateTime:
-        if (value.dateTime != nullptr) {
-            target.Set(dateTimeOfRecord(value.dateTime));
+        if (const CMPIDateTime* dateTime = readScalar<const CMPIDateTime*>(bytes)) {
+            target.Set(dateTimeOfRecord(dateTime));
         } else {
             target.SetNullValue(TCIMType::kDateTime, 0);
         }
@@ -99,8 +111,7 @@ TCIMValue scalarToHost(const CMPIValue* value, CMPIType type)
         // Providers pass pointers to variables of the scalar's own type
         // (a CMPIUint16 on the stack, a field of a packed struct), so only
         // that many bytes are read, without assuming a CMPIValue's alignment.
-        const CMPIValue scalar = readProviderValue(value, type);
-        setPlainValue(result, type, scalar);
+        setPlainValue(result, type, value);
         return result;
     }
     }
@@ -125,7 +136,7 @@ TCIMValue arrayElementToHost(CMPIType elementType, const CMPIValue& value)
     case CMPI_chars: return TCIMValue(static_cast<const char*>(value.chars));
     default: {
         TCIMValue element;
-        setPlainValue(element, elementType, value);
+        setPlainValue(element, elementType, &value);
         return element;
     }
     }

@@ -99,6 +99,33 @@ TEST_F(RegistryTest, ArraysTakeTheElementTypeFromTheHeader)
     deleteStringRecord(string.string);
 }
 
+// A provider passes a pointer to a variable of the scalar's own type,
+// which may sit anywhere (a field of a packed struct): each is read at its
+// own width from an odd address at the very end of its block, where a
+// wider or aligned read would run past it (the sanitizers tell).
+TEST_F(RegistryTest, ScalarsAreReadAtTheirOwnWidthWhereverTheyLie)
+{
+    const auto readFromBlockEnd = [](const auto scalar, CMPIType type) {
+        std::vector<unsigned char> block(sizeof(scalar) + 1);
+        std::memcpy(block.data() + 1, &scalar, sizeof(scalar));
+        return Convert(reinterpret_cast<const CMPIValue*>(block.data() + 1), type);
+    };
+    ExpectSame(readFromBlockEnd(CMPIBoolean(1), CMPI_boolean), TCIMValue(true));
+    ExpectSame(readFromBlockEnd(CMPIChar16(0x263A), CMPI_char16), TCIMValue(NVURZENTA20::TCIMChar16(0x263A)));
+    ExpectSame(readFromBlockEnd(CMPIUint8(200), CMPI_uint8), TCIMValue(static_cast<unsigned char>(200)));
+    ExpectSame(readFromBlockEnd(CMPISint8(-100), CMPI_sint8), TCIMValue(static_cast<signed char>(-100)));
+    ExpectSame(readFromBlockEnd(CMPIUint16(65000), CMPI_uint16), TCIMValue(static_cast<unsigned short>(65000)));
+    ExpectSame(readFromBlockEnd(CMPISint16(-32000), CMPI_sint16), TCIMValue(static_cast<short>(-32000)));
+    ExpectSame(readFromBlockEnd(CMPIUint32(4000000000u), CMPI_uint32), TCIMValue(4000000000u));
+    ExpectSame(readFromBlockEnd(CMPISint32(-2000000000), CMPI_sint32), TCIMValue(-2000000000));
+    ExpectSame(readFromBlockEnd(CMPIUint64(18000000000000000000ull), CMPI_uint64),
+               TCIMValue(18000000000000000000ull));
+    ExpectSame(readFromBlockEnd(CMPISint64(-9000000000000000000ll), CMPI_sint64),
+               TCIMValue(-9000000000000000000ll));
+    ExpectSame(readFromBlockEnd(CMPIReal32(1.5f), CMPI_real32), TCIMValue(1.5f));
+    ExpectSame(readFromBlockEnd(CMPIReal64(-2.25), CMPI_real64), TCIMValue(-2.25));
+}
+
 class ConvToCMPIDataTest : public RegistryTest {
 protected:
     // Untouched value words read as 0xA5 bytes.
