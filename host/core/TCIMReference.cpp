@@ -388,6 +388,11 @@ TCIMReference::TKeyList::const_iterator TCIMReference::FindKey(const std::string
 }
 
 void TCIMReference::AddKeyValue(const std::string& name, const TCIMValue& value) {
+    // A provider's path gets its first (usually only) key here.
+    if (fKeys.empty()) {
+        fKeys.emplace_back(name, value);
+        return;
+    }
     const TKeyList::iterator position = LowerBound(name);
     if (position != fKeys.end() && SameCIMName(position->first, name)) {
         position->first = name;
