@@ -17,9 +17,8 @@ const std::string& OriginKey() {
     return *key;
 }
 
-// The origin of a request: the "nspID" string of its context, "" for a
-// plain request.
-// A provider's request carries the origin alone: that entry is read
+// Whether the request carries a non-empty "nspID" string (a plain request
+// does not). A provider's request carries that entry alone: it is read
 // without a search.
 bool HasRequestOrigin(const TCIMContext& context) {
     if (context.empty()) return false;

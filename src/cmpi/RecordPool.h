@@ -1,6 +1,7 @@
 // Blocks for the records a provider makes by the thousand in one request
-// (an instance record and an object path per instance returned), all freed
-// together when the registry is cleared. The allocator keeps only a handful
+// (an instance record and an object path per instance returned, string
+// records for every name it reads), all freed together when the registry
+// is cleared. The allocator keeps only a handful
 // of freed blocks of a size close at hand; the rest of a request's records
 // went the allocator's slow road both ways, at about a tenth of the cost of
 // serving an instance. Here the freed blocks of one record type are kept
