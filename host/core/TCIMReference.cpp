@@ -387,14 +387,15 @@ TCIMReference::TKeyList::const_iterator TCIMReference::FindKey(const std::string
     return found != fKeys.end() && SameCIMName(found->first, name) ? found : fKeys.end();
 }
 
+// A binding that sorts last (a provider's first and usually only key) is
+// appended: an insertion in the middle moves what follows.
 void TCIMReference::AddKeyValue(const std::string& name, const TCIMValue& value) {
-    // A provider's path gets its first (usually only) key here.
-    if (fKeys.empty()) {
+    if (fKeys.empty() || NameSortsBefore(fKeys.back(), name)) {
         fKeys.emplace_back(name, value);
         return;
     }
     const TKeyList::iterator position = LowerBound(name);
-    if (position != fKeys.end() && SameCIMName(position->first, name)) {
+    if (SameCIMName(position->first, name)) {
         position->first = name;
         position->second = value;
     } else {
