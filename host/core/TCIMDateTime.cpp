@@ -2,8 +2,8 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
+#include "LastDateTime.h"
 #include "TZENTAException.h"
 
 namespace NVURZENTA20 {
@@ -218,32 +218,17 @@ TCIMDateTime::TCIMDateTime() {}
 
 namespace {
 
-// Providers stamp many instances with the same date-time: the text last
-// found valid on this thread is not checked again.
-struct TLastValid {
-    char text[TCIMDateTime::kTextLength];
-    bool known;
-};
-thread_local TLastValid gLastValid = {};
-
-bool IsLastValid(const std::string& text) {
-    return gLastValid.known && text.size() == sizeof(gLastValid.text) &&
-           std::memcmp(text.data(), gLastValid.text, sizeof(gLastValid.text)) == 0;
-}
-
-void RememberValid(const std::string& text) {
-    if (text.size() != sizeof(gLastValid.text)) return;
-    std::memcpy(gLastValid.text, text.data(), sizeof(gLastValid.text));
-    gLastValid.known = true;
-}
+// The text last found valid on this thread is not checked again.
+struct TValid {};
+thread_local TLastDateTime<TValid> gLastValid = {};
 
 }  // namespace
 
 TCIMDateTime::TCIMDateTime(const std::string& text) : fText(text) {
-    if (IsLastValid(text)) return;
+    if (gLastValid.Find(text)) return;
     const std::string problem = FindProblem(text);
     if (problem.empty()) {
-        RememberValid(text);
+        gLastValid.Keep(text, TValid());
     } else {
         throw TZENTAException(TZENTAStatusCode::kInvalidDateTime,
                               "invalid date-time " + Quote(text) + ": " + problem);

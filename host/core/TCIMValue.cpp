@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "CIMNames.h"
+#include "LastDateTime.h"
 #include "TCIMReference.h"
 #include "TZENTAException.h"
 #include "Utf8.h"
@@ -367,26 +368,22 @@ void TCIMValue::Set(const TCIMDateTime& value) {
         SetNullValue(TType::kDateTime, 0);
         return;
     }
-    struct TLastPacked {
-        char text[TCIMDateTime::kTextLength];
-        unsigned char packed[kPackedDateTimeBytes];
-        bool valid;
+    struct TPacked {
+        unsigned char bytes[kPackedDateTimeBytes];
     };
-    thread_local TLastPacked last = {};
+    thread_local TLastDateTime<TPacked> last = {};
     const std::string& text = value.ToString();
-    unsigned char packed[kPackedDateTimeBytes];
-    if (last.valid && text.size() == sizeof(last.text) && std::memcmp(text.data(), last.text, sizeof(last.text)) == 0) {
-        std::memcpy(packed, last.packed, sizeof(packed));
-    } else if (PackDateTime(text, packed)) {
-        std::memcpy(last.text, text.data(), sizeof(last.text));
-        std::memcpy(last.packed, packed, sizeof(packed));
-        last.valid = true;
+    TPacked packed;
+    if (const TPacked* kept = last.Find(text)) {
+        packed = *kept;
+    } else if (PackDateTime(text, packed.bytes)) {
+        last.Keep(text, packed);
     } else {
         SetPayload(TType::kDateTime, TTextPayload::Make(text.data(), text.size()));
         return;
     }
     Reset(TType::kDateTime);
-    std::memcpy(fBytes, packed, sizeof(packed));
+    std::memcpy(fBytes, packed.bytes, sizeof(packed.bytes));
     fFlags = kInlineBit;
 }
 
