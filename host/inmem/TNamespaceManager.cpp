@@ -21,7 +21,6 @@ const std::string& OriginKey() {
 // does not). A provider's request carries that entry alone: it is read
 // without a search.
 bool HasRequestOrigin(const TCIMContext& context) {
-    if (context.empty()) return false;
     const auto found = context.size() == 1 ? context.begin() : context.find(OriginKey());
     if (found == context.end() || found->first != OriginKey()) return false;
     const TCIMValue& origin = found->second;
@@ -29,10 +28,10 @@ bool HasRequestOrigin(const TCIMContext& context) {
            !origin.GetStringView().empty();
 }
 
-const char* const kRootClassName = "<root>";
-
+// Compared as strings: their lengths tell most names apart at once.
 bool IsRootClassName(const std::string& name) {
-    return !name.empty() && name[0] == kRootClassName[0] && name == kRootClassName;
+    static const std::string* const root = new std::string("<root>");
+    return name == *root;
 }
 
 // A routed request goes on as a plain one: the provider namespace answers
@@ -41,7 +40,7 @@ bool IsRootClassName(const std::string& name) {
 TCIMContext PlainContext(const TCIMContext& context) {
     TCIMContext plain;
     for (const auto& entry : context) {
-        if (entry.first != TNamespaceManager::kOriginKey) plain.insert(plain.end(), entry);
+        if (entry.first != OriginKey()) plain.insert(plain.end(), entry);
     }
     return plain;
 }
