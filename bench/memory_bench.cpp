@@ -79,10 +79,9 @@ void BM_SteadyStateMemory(benchmark::State& state) {
 }
 
 // Heap held by one request's records until the release, per instance; and
-// what is left of it after the release. Instance and object-path records
-// partly come from blocks the library kept from the previous request: the
-// heap does not grow for those, but the request holds them all the same.
-std::size_t KeptRecordBytes() { return CMPINSPInstanceRegistry::GetKeptRecordBytes(); }
+// what is left of it after the release. Records partly come from blocks
+// the library kept from the previous request: the heap does not grow for
+// those, but the request holds them all the same.
 
 void BM_RetainedPerInstance(benchmark::State& state) {
     const std::size_t n = static_cast<std::size_t>(state.range(0));
@@ -93,17 +92,17 @@ void BM_RetainedPerInstance(benchmark::State& state) {
     bench::ReleaseRecords();
     for (auto _ : state) {
         const std::size_t before = bench::HeapInUse();
-        const std::size_t keptBefore = KeptRecordBytes();
+        const std::size_t keptBefore = CMPINSPInstanceRegistry::GetKeptRecordBytes();
         if (!Enumerate(cls, n)) {
             state.SkipWithError("the callback did not receive every instance");
             return;
         }
-        const std::size_t held = bench::HeapInUse() + (keptBefore - KeptRecordBytes());
+        const std::size_t held = bench::HeapInUse() + (keptBefore - CMPINSPInstanceRegistry::GetKeptRecordBytes());
         bench::ReleaseRecords();
         const std::size_t after = bench::HeapInUse();
         state.counters["bytes_held_per_instance"] =
             (static_cast<double>(held) - static_cast<double>(before)) / static_cast<double>(n);
-        state.counters["kept_record_KiB"] = KiB(KeptRecordBytes());
+        state.counters["kept_record_KiB"] = KiB(CMPINSPInstanceRegistry::GetKeptRecordBytes());
         state.counters["bytes_left_per_instance"] =
             (static_cast<double>(after) - static_cast<double>(before)) / static_cast<double>(n);
     }

@@ -88,7 +88,7 @@ std::size_t CMPINSPInstanceRegistry::GetRecordCount() const
 
 std::size_t CMPINSPInstanceRegistry::GetKeptRecordBytes()
 {
-    return keptInstanceRecordBytes() + keptObjectPathBytes();
+    return keptInstanceRecordBytes() + keptObjectPathBytes() + keptStringRecordBytes();
 }
 
 // The order is fixed. Results go last and free only their own cells: the

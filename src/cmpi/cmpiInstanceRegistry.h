@@ -32,8 +32,8 @@ public:
 
     // How many records are registered, over all lists.
     std::size_t GetRecordCount() const;
-    // The memory of freed instance and object-path records kept for reuse
-    // by the next request: held by the process, not by any record.
+    // The memory of freed instance, object-path and string records kept
+    // for reuse by the next request: held by the process, not by any record.
     static std::size_t GetKeptRecordBytes();
 
     // Frees every registered record and what it owns, and empties the

@@ -36,6 +36,11 @@ void freeText(CMPIString* string)
 
 }  // namespace
 
+std::size_t keptStringRecordBytes()
+{
+    return TStringRecord::KeptBytes();
+}
+
 CMPIString* newStringRecord(const char* text)
 {
     TStringRecord* string = new TStringRecord;

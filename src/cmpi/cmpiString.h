@@ -3,6 +3,8 @@
 #ifndef ZENTA_CMPI_CMPISTRING_H
 #define ZENTA_CMPI_CMPISTRING_H
 
+#include <cstddef>
+
 #include "cmpift.h"
 
 extern CMPIStringFT* cmpiStringFt;
@@ -11,5 +13,7 @@ extern CMPIStringFT* cmpiStringFt;
 CMPIString* newStringRecord(const char* text);
 // Frees the characters and the record.
 void deleteStringRecord(CMPIString* string);
+// The memory of freed records kept for the next ones (bounded).
+std::size_t keptStringRecordBytes();
 
 #endif
